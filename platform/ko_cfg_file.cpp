@@ -1,0 +1,40 @@
+#include "platform/ko_cfg_file.h"
+
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/device_root.h"
+#include "platform/ko_securec.h"
+
+const int CUST_TYPE_CONFIG = 1;
+
+namespace {
+
+// In the order of precedence.
+constexpr const char* kConfigFolders[] = {
+    KO_DEVICE_ROOT "/data/vendor/etc/",
+    KO_DEVICE_ROOT "/odm/etc/",
+    KO_DEVICE_ROOT "/vendor/etc/",
+};
+
+bool IsReadableFile(const std::string& path) {
+    struct stat info = {};
+    return stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode) &&
+           access(path.c_str(), R_OK) == 0;
+}
+
+}  // namespace
+
+const char* ko_get_one_cfg_file(const char* path, int type, char (&buffer)[kCfgPathSize]) {
+    if (path == nullptr || type != CUST_TYPE_CONFIG) {
+        return nullptr;
+    }
+    for (const char* folder : kConfigFolders) {
+        const std::string candidate = std::string(folder) + path;
+        if (candidate.size() < kCfgPathSize && IsReadableFile(candidate)) {
+            return strcpy_s(buffer, kCfgPathSize, candidate.c_str()) == 0 ? buffer : nullptr;
+        }
+    }
+    return nullptr;
+}

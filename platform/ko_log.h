@@ -1,0 +1,19 @@
+#pragma once
+
+// Priorities of the platform log, by its own numbers.
+enum ATV_LOG_PRIO_E {
+    ATV_LOG_PRIO_WARN = 5,
+    ATV_LOG_PRIO_ERROR = 6,
+};
+
+// The tag under which every part of the console logs.
+constexpr char kLogTag[] = "KoMW_Ko_cmd_pri";
+
+class KoLog {
+public:
+    // Writes one entry to the platform log, never to the terminal. Safe on any thread, not in
+    // signal handlers. `function` and `line` name the call that logs.
+    static void PrintLog(ATV_LOG_PRIO_E priority, const char* tag, const char* function,
+                         unsigned int line, const char* format, ...)
+        __attribute__((format(printf, 5, 6)));
+};

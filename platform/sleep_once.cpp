@@ -1,0 +1,11 @@
+#include "platform/sleep_once.h"
+
+#include <ctime>
+
+bool SleepOnce(std::chrono::nanoseconds time) {
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time);
+    timespec step = {};
+    step.tv_sec = static_cast<std::time_t>(seconds.count());
+    step.tv_nsec = static_cast<long>((time - seconds).count());
+    return nanosleep(&step, nullptr) == 0;
+}

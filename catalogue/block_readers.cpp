@@ -1,0 +1,131 @@
+#include <cstdio>
+
+#include "catalogue/block_walk.h"
+#include "catalogue/ko_file_parse.h"
+
+namespace {
+
+// One key word of a file: its test, and the store of its value in the record.
+template <typename Record>
+struct KeyHandler {
+    bool (*test)(const std::string& row);
+    void (*take)(Record& record, const std::string& row);
+};
+
+using ModuleRecord = KoFileParse::KoModuleInfo;
+using CmdRecord = KoFileParse::KoCmdInfo;
+
+// In the order in which the key words are tried; a shortened key goes to the first that it begins.
+constexpr KeyHandler<ModuleRecord> kModuleKeys[] = {
+    {KoFileParse::IsCommand,
+     [](ModuleRecord& m, const std::string& row) { m.m_strCmd = KoFileParse::GetCommand(row); }},
+    {KoFileParse::IsInstruction,
+     [](ModuleRecord& m, const std::string& row) {
+         m.m_instruct = KoFileParse::GetInstruction(row);
+     }},
+    {KoFileParse::IsDescription,
+     [](ModuleRecord& m, const std::string& row) {
+         m.m_strDescrip = KoFileParse::GetDescription(row);
+     }},
+};
+
+constexpr KeyHandler<CmdRecord> kCmdKeys[] = {
+    {KoFileParse::IsCommand,
+     [](CmdRecord& c, const std::string& row) { c.m_strCmd = KoFileParse::GetCommand(row); }},
+    {KoFileParse::IsBelongMod,
+     [](CmdRecord& c, const std::string& row) {
+         c.m_strBelongMod = KoFileParse::GetBelongMod(row);
+     }},
+    {KoFileParse::IsInstruction,
+     [](CmdRecord& c, const std::string& row) { c.m_instruct = KoFileParse::GetInstruction(row); }},
+    {KoFileParse::IsParaFormat,
+     [](CmdRecord& c, const std::string& row) {
+         c.m_strParaFmt = KoFileParse::GetParaFormat(row);
+     }},
+    {KoFileParse::IsPrintFmt,
+     [](CmdRecord& c, const std::string& row) { c.m_strPrintFmt = KoFileParse::GetPrintFmt(row); }},
+    {KoFileParse::IsPrintTags,
+     [](CmdRecord& c, const std::string& row) { c.m_printTags = KoFileParse::GetPrintTags(row); }},
+    {KoFileParse::IsDescription,
+     [](CmdRecord& c, const std::string& row) {
+         c.m_strDescrip = KoFileParse::GetDescription(row);
+     }},
+};
+
+void Reset(ModuleRecord& module) {
+    module = ModuleRecord();
+}
+
+void Reset(CmdRecord& cmd) {
+    cmd.Clear();
+}
+
+// Fills one record from the rows of a block and hands it to `store` when the block ends.
+template <typename Record, typename Keys, typename Store>
+class BlockCollector {
+public:
+    BlockCollector(const Keys& keys, Store store) : m_keys(keys), m_store(store) {}
+
+    bool IsTitle(const std::string& row) const { return KoFileParse::IsBlockTitile(row); }
+    void Open(const std::string& row) { m_record.m_strName = KoFileParse::GetBlockTitile(row); }
+    void Stray(const std::string&) {}
+
+    bool TakeKey(const std::string& row) {
+        for (const auto& key : m_keys) {
+            if (key.test(row)) {
+                key.take(m_record, row);
+                return true;
+            }
+        }
+        return false;
+    }
+
+    void Close(const std::string*) {
+        m_store(m_record);
+        Reset(m_record);
+    }
+
+private:
+    const Keys& m_keys;
+    Store m_store;
+    Record m_record;
+};
+
+template <typename Record, typename Keys, typename Store>
+int ReadBlocks(KoFile* reader, const Keys& keys, Store store) {
+    if (reader == nullptr) {
+        return -1;
+    }
+    BlockCollector<Record, Keys, Store> collector(keys, store);
+    if (WalkBlocks(*reader, collector) != 0) {
+        std::puts("rollBack failed");
+        delete reader;
+        return -1;
+    }
+    return 0;
+}
+
+}  // namespace
+
+int KoFileParse::ParseModulePtr(KoFile* reader) {
+    return ReadBlocks<KoModuleInfo>(reader, kModuleKeys,
+                                    [this](const KoModuleInfo& module) { StoreModule(module); });
+}
+
+int KoFileParse::ParseCmdPtr(KoFile* reader) {
+    return ReadBlocks<KoCmdInfo>(reader, kCmdKeys, [this](const KoCmdInfo& cmd) { StoreCmd(cmd); });
+}
+
+void KoFileParse::StoreModule(const KoModuleInfo& module) {
+    // Of two modules with one name the first stays, and so does its number.
+    const auto stored = m_modInfos.emplace(module.m_strName, module).first;
+    m_cmdInfos.try_emplace(static_cast<unsigned int>(stored->second.m_instruct));
+}
+
+void KoFileParse::StoreCmd(const KoCmdInfo& cmd) {
+    const KoModuleInfo* module = FindModule(cmd.m_strBelongMod);
+    if (module == nullptr || module->m_instruct == -1) {
+        return;
+    }
+    m_cmdInfos[static_cast<unsigned int>(module->m_instruct)].try_emplace(cmd.m_strCmd, cmd);
+}

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+
+// One completion group. `ppList` is borrowed: the array of `u32Count` words and the words
+// themselves belong to whoever registered the group.
+struct ModInfo {
+    std::string strName;
+    unsigned int u32Count;
+    char** ppList;
+};

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstddef>
+
+// The one alphabet of para formats and print formats. `S` is known but not supported: it takes no
+// argument, no field and no value.
+struct FormatLetter {
+    char letter;
+    const char* typeName;
+    std::size_t leastSize;  // bytes in a parcel
+};
+
+constexpr FormatLetter kFormatLetters[] = {
+    {'d', "int32", 4},  {'D', "int64", 8},  {'f', "float", 4},
+    {'F', "double", 8}, {'s', "string", 8}, {'S', "unsupported", 0},
+};
+
+// Printed wherever a format asks for `S`.
+constexpr char kNoWideString[] = "current is no support 'S' format";
+
+// Null for a character that is no format letter.
+constexpr const FormatLetter* FindFormatLetter(char letter) {
+    for (const FormatLetter& row : kFormatLetters) {
+        if (row.letter == letter) {
+            return &row;
+        }
+    }
+    return nullptr;
+}

@@ -1,0 +1,141 @@
+#include "printer/printer.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "platform/ko_log.h"
+#include "platform/ko_securec.h"
+#include "printer/format_letters.h"
+
+namespace {
+
+constexpr char kSeparator[] = "===========================";
+constexpr std::size_t kTextSize = 256;  // bytes of a rendered number, terminator included
+
+// The line numbers under which the platform's log filters know a failed rendering.
+constexpr unsigned int kInt32LogLine = 35;
+constexpr unsigned int kInt64LogLine = 44;
+constexpr unsigned int kFloatLogLine = 59;
+constexpr unsigned int kDoubleLogLine = 68;
+
+void LogFailedPrint(const char* function, unsigned int line, int ret) {
+    KoLog::PrintLog(ATV_LOG_PRIO_ERROR, kLogTag, function, line, "sprintf_s failed, ret = %d", ret);
+}
+
+void LogFailedBoundedPrint(const char* function, unsigned int line, int ret) {
+    KoLog::PrintLog(ATV_LOG_PRIO_ERROR, kLogTag, function, line, "snprintf_s failed, ret = %d",
+                    ret);
+}
+
+void AppendValue(std::string& line, const std::string& tag, const char* text) {
+    line.append(tag).append(":").append(text).append("\t");
+}
+
+}  // namespace
+
+Printer::Printer(const android::Parcel& reply) : m_parcel(reply) {}
+
+int Printer::Fmt(const char* format, const Array<std::string>& tags) {
+    if (format == nullptr || tags.size() == 0 || *format == '\0') {
+        return -1;
+    }
+    const std::string letters = format;
+    while (m_parcel.dataAvail() != 0) {
+        const std::size_t before = m_parcel.dataAvail();
+        std::string line;
+        if (!FmtRecord(letters, tags, line)) {
+            return -1;
+        }
+        if (m_parcel.dataAvail() == before) {
+            // What is left is shorter than the next value, or the letters read nothing: a further
+            // pass would find the same.
+            break;
+        }
+        m_lines.push_back(line);
+    }
+    m_lines.m_list.emplace_front(kSeparator);
+    m_lines.m_list.emplace_back(kSeparator);
+    return 0;
+}
+
+bool Printer::FmtRecord(const std::string& format, const Array<std::string>& tags,
+                        std::string& line) {
+    const unsigned int used = std::min(static_cast<unsigned int>(format.size()), tags.size());
+    for (unsigned int i = 0; i < used; ++i) {
+        switch (format[i]) {
+            case 'd':
+            case 'D':
+                ParseIntegerfmt(format[i] == 'D', i, tags, line);
+                break;
+            case 'f':
+            case 'F':
+                ParseDecimalfmt(format[i] == 'F', i, tags, line);
+                break;
+            case 's':
+            case 'S':
+                ParseStringfmt(format[i] == 'S', i, tags, line);
+                break;
+            default:
+                std::puts("invalid fmt info!");
+                return false;
+        }
+    }
+    return true;
+}
+
+void Printer::ParseIntegerfmt(KO_BOOL wide, const unsigned int& index,
+                              const Array<std::string>& tags, std::string& line) {
+    char text[kTextSize] = {};
+    int written = 0;
+    if (wide != 0) {
+        written =
+            sprintf_s(text, sizeof(text), "%lld", static_cast<long long>(m_parcel.readInt64()));
+    } else {
+        written = sprintf_s(text, sizeof(text), "%d", m_parcel.readInt32());
+    }
+    if (written == -1) {
+        LogFailedPrint("ParseIntegerfmt", wide != 0 ? kInt64LogLine : kInt32LogLine, written);
+        return;
+    }
+    AppendValue(line, tags[index], text);
+}
+
+void Printer::ParseDecimalfmt(KO_BOOL wide, const unsigned int& index,
+                              const Array<std::string>& tags, std::string& line) {
+    char text[kTextSize] = {};
+    if (wide != 0) {
+        const int written =
+            snprintf_s(text, sizeof(text), sizeof(text) - 1, "%16.6lf", m_parcel.readDouble());
+        if (written == -1) {
+            LogFailedBoundedPrint("ParseDecimalfmt", kDoubleLogLine, written);
+            return;
+        }
+    } else {
+        const int written =
+            sprintf_s(text, sizeof(text), "%f", static_cast<double>(m_parcel.readFloat()));
+        if (written == -1) {
+            LogFailedPrint("ParseDecimalfmt", kFloatLogLine, written);
+            return;
+        }
+    }
+    AppendValue(line, tags[index], text);
+}
+
+// A string ends at a zero unit, so that one inside a value cannot swallow the values behind it.
+void Printer::ParseStringfmt(KO_BOOL wide, const unsigned int& index,
+                             const Array<std::string>& tags, std::string& line) {
+    if (wide != 0) {
+        std::puts(kNoWideString);
+        return;
+    }
+    const android::String8 text(m_parcel.readString16());
+    AppendValue(line, tags[index], text.string());
+}
+
+int Printer::Flush() {
+    while (!m_lines.m_list.empty()) {
+        std::puts(m_lines.m_list.front().c_str());
+        m_lines.m_list.pop_front();
+    }
+    return 0;
+}

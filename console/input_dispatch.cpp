@@ -1,0 +1,131 @@
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <iomanip>
+#include <sstream>
+#include <strings.h>
+
+#include "console/ko_cmd_debug.h"
+#include "platform/ko_securec.h"
+
+namespace {
+
+constexpr std::size_t kTextSize = 256;  // bytes of a word or an argument text, terminator included
+
+bool IsWord(const char* line, const char* word, const char* shortWord) {
+    return strcasecmp(line, word) == 0 || strcasecmp(line, shortWord) == 0;
+}
+
+void ReportIllegalCommand() {
+    std::puts("Error:Illegal Command.");
+}
+
+}  // namespace
+
+void KoCmdDebug::Proc(const char* line) {
+    if (IsWord(line, "help", "?")) {
+        PrintHelp();
+        return;
+    }
+    if (IsWord(line, "quit", "q")) {
+        Leave();
+        return;
+    }
+    // A module's word is taken for that module inside another one too, before any command of that
+    // name.
+    if (SelectModule(line)) {
+        return;
+    }
+    if (m_strCurMod.empty()) {
+        ReportIllegalCommand();
+        return;
+    }
+    RunCommand(line);
+}
+
+void KoCmdDebug::PrintHelp() const {
+    std::puts("======= Command ============== Description ============");
+    const auto printRow = [](const std::string& word, const std::string& description) {
+        std::printf("\t%s\t\t%s\n", word.c_str(), description.c_str());
+    };
+    if (m_strCurMod.empty()) {
+        for (const std::string& name : m_modNames) {
+            printRow(m_pFileParse->GetModToCmd(name), m_pFileParse->GetModDescrip(name));
+        }
+        return;
+    }
+    const std::int32_t module = m_pFileParse->GetModInstruct(m_strCurMod);
+    for (const std::string& word : m_curModCmds) {
+        printRow(word, m_pFileParse->GetCmdDescrip(module, word));
+    }
+}
+
+void KoCmdDebug::Leave() {
+    if (m_strCurMod.empty()) {
+        m_bRunning = 0;
+    } else {
+        m_strCurMod.clear();
+    }
+}
+
+bool KoCmdDebug::SelectModule(const std::string& word) {
+    const auto found = std::find(m_modCmds.begin(), m_modCmds.end(), word);
+    if (found == m_modCmds.end()) {
+        return false;
+    }
+    m_strCurMod = m_modNames[static_cast<unsigned int>(std::distance(m_modCmds.begin(), found))];
+    m_curModCmds = m_pFileParse->GetModHoldCmds(m_pFileParse->GetModInstruct(m_strCurMod));
+    return true;
+}
+
+void KoCmdDebug::RunCommand(const char* line) {
+    char cmd[kTextSize] = {};
+    char args[kTextSize] = {};
+    SeparateCmd(line, cmd, args, sizeof(cmd), sizeof(args));
+    if (std::find(m_curModCmds.begin(), m_curModCmds.end(), cmd) == m_curModCmds.end()) {
+        ReportIllegalCommand();
+        return;
+    }
+    HandleCmd(cmd, args, sizeof(cmd), sizeof(args));
+}
+
+int KoCmdDebug::SeparateCmd(const char* line, char* cmd, char* args, unsigned int, unsigned int) {
+    if (line == nullptr || cmd == nullptr || args == nullptr) {
+        return -1;
+    }
+    std::istringstream stream(line);
+    // A longer word is cut, and matches no command: their words are shorter.
+    stream >> std::setw(kTextSize) >> cmd;
+    stream.get(args, kTextSize, '\0');
+    return 0;
+}
+
+int KoCmdDebug::HandleCmd(const char* cmd, const char* args, unsigned int, unsigned int) {
+    if (cmd == nullptr || args == nullptr) {
+        return -1;
+    }
+    char line[kTextSize] = {};
+    const std::size_t length = std::strlen(args);
+    if (length + 1 > kTextSize - 1) {
+        std::printf("Error:arg size:%d too large\n", static_cast<int>(length));
+        return -1;
+    }
+    if (strncpy_s(line, kTextSize, args, length) != 0 ||
+        strcpy_s(line + length, kTextSize - length, " ") != 0) {
+        return -1;
+    }
+    std::istringstream stream(line);
+    android::Parcel request;
+    const int encoded = ReportFailedCall(ParseCmd(cmd, request, stream));
+    if (encoded != 0) {
+        return encoded;
+    }
+    return ReportFailedCall(CopyCmdToBuf(cmd, request));
+}
+
+int KoCmdDebug::ReportFailedCall(int result) {
+    if (result != 0) {
+        std::puts("call failed");
+    }
+    return result;
+}

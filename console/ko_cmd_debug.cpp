@@ -1,0 +1,93 @@
+#include "console/ko_cmd_debug.h"
+
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include "platform/device_root.h"
+#include "platform/unique_fd.h"
+
+KoCmdDebug* g_pCmdDebug = nullptr;
+std::string g_strSwapFile = kSharePageFile;
+KoMutex g_mutex;
+SharePage* g_pSharePage = static_cast<SharePage*>(MAP_FAILED);
+std::atomic<std::int32_t> g_sigState{kSigNone};
+char* g_modCmdTable[kWordTableSize];
+char* g_cmdTable[kWordTableSize];
+
+namespace {
+
+constexpr mode_t kPageFileMode = 0660;
+constexpr unsigned int kWatcherOption = 2;
+
+// Opens the page's file, behind a symbolic link where the path is one. The file's size stays as it
+// is: giving the page its 4096 bytes is the service's part.
+UniqueFd OpenSwapFile() {
+    char resolved[PATH_MAX] = {};
+    const char* path = realpath(g_strSwapFile.c_str(), resolved);
+    return UniqueFd(open(path != nullptr ? path : g_strSwapFile.c_str(),
+                         O_RDWR | O_CREAT | O_CLOEXEC, kPageFileMode));
+}
+
+}  // namespace
+
+void Release(const void*) {}
+
+KoCmdDebug::KoCmdDebug() : m_strPrompt("TV $"), m_sigThread(SignalDectThread, this, nullptr) {}
+
+KoCmdDebug& KoCmdDebug::GetInstance() {
+    if (g_pCmdDebug == nullptr) {
+        g_pCmdDebug = new KoCmdDebug;
+        g_pCmdDebug->m_stream.Init();
+    }
+    return *g_pCmdDebug;
+}
+
+int KoCmdDebug::LoadConfig() {
+    m_pFileParse = new KoFileParse;
+    m_pFileParse->Init();
+    if (m_pFileParse->GetIOExceptionStatus() != 0) {
+        std::puts("ParseModules fail or ParseCmds fail.");
+        return -1;
+    }
+    m_modNames = m_pFileParse->GetModNames();
+    m_modCmds = m_pFileParse->GetModCmds();
+    return 0;
+}
+
+void KoCmdDebug::Exec() {
+    m_pid = getpid();
+    {
+        const UniqueFd swapFile = OpenSwapFile();
+        if (!swapFile.IsOpen()) {
+            std::printf("can't open swap file %s, errno = %d\n", g_strSwapFile.c_str(), errno);
+            return;
+        }
+        g_pSharePage = static_cast<SharePage*>(
+            mmap(nullptr, kPageSize, PROT_READ | PROT_WRITE, MAP_SHARED, swapFile.Get(), 0));
+    }
+    if (g_pSharePage == MAP_FAILED) {
+        std::perror("map share memery failed!\n");
+        return;
+    }
+    CatchSignals();
+    m_sigThread.Run(kWatcherOption);
+    if (m_pFileParse == nullptr) {
+        std::printf("please load cfg before call <%s>.\n", "Exec");
+        return;
+    }
+    m_bRunning = 1;
+    if (DoWork() != 0) {
+        return;
+    }
+    g_pCmdDebug->m_stream.ResetTermios();
+    if (munmap(g_pSharePage, kPageSize) != 0) {
+        std::perror("munmap failed!\n");
+        return;
+    }
+    g_pSharePage = static_cast<SharePage*>(MAP_FAILED);
+}

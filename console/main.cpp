@@ -1,0 +1,21 @@
+#include <cstdio>
+#include <ios>
+#include <stdexcept>
+
+#include "console/ko_cmd_debug.h"
+
+// Ends with status 0 whatever happened: the messages tell the engineer, and no script runs the
+// console.
+int main() {
+    try {
+        KoCmdDebug::GetInstance().LoadConfig();
+        KoCmdDebug& console = KoCmdDebug::GetInstance();
+        console.SetRelease(Release);
+        console.Exec();
+    } catch (const std::length_error& e) {
+        std::printf("lenth of para is too loog ,e = %s", e.what());
+    } catch (const std::ios_base::failure& e) {
+        std::printf("catch ios_base failure ,e = %s", e.what());
+    }
+    return 0;
+}

@@ -1,0 +1,123 @@
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <ctime>
+#include <initializer_list>
+
+#include "console/ko_cmd_debug.h"
+#include "platform/sleep_once.h"
+
+// How a signal can get lost, and why none does.
+//
+// The watcher is the only thread that takes the three signals, and it lets SIGCONT and SIGINT in
+// one at a time, with SIGTSTP kept out: no handler interrupts another, so the later signal is the
+// later store. SIGCONT is let in right before each look at the state word: after a continue the
+// first look sees the resume and never the suspend before it.
+//
+// One loss is the kernel's own: SIGCONT discards a SIGTSTP that is still pending, and after a
+// resume the console sends itself SIGCONT every 10 ms. SIGTSTP is therefore taken at any other
+// time, as soon as it comes; pressed within the fraction of a microsecond in which SIGCONT is sent,
+// the suspend key must be pressed again.
+
+namespace {
+
+constexpr std::chrono::milliseconds kPollStep{10};
+
+sigset_t SignalSet(std::initializer_list<int> signals) {
+    sigset_t set;
+    sigemptyset(&set);
+    for (const int signal : signals) {
+        sigaddset(&set, signal);
+    }
+    return set;
+}
+
+// Runs the handler of a signal that has come since the last call.
+void LetIn(int signal) {
+    const sigset_t suspend = SignalSet({SIGTSTP});
+    const sigset_t wanted = SignalSet({signal});
+    pthread_sigmask(SIG_BLOCK, &suspend, nullptr);
+    pthread_sigmask(SIG_UNBLOCK, &wanted, nullptr);
+    pthread_sigmask(SIG_BLOCK, &wanted, nullptr);
+    pthread_sigmask(SIG_UNBLOCK, &suspend, nullptr);
+}
+
+// Takes back a SIGCONT that the process has sent itself: its handler would wipe out a suspend that
+// came after the state word was read.
+void DropOwnResume() {
+    const sigset_t resume = SignalSet({SIGCONT});
+    const timespec now = {};
+    sigtimedwait(&resume, nullptr, &now);
+}
+
+void SendSignal(pid_t process, int signal, const char* failure) {
+    if (kill(process, signal) != 0) {
+        std::perror(failure);
+    }
+}
+
+}  // namespace
+
+void KoCmdDebug::CatchSignals() {
+    const sigset_t caught = SignalSet({SIGINT, SIGTSTP, SIGCONT});
+    pthread_sigmask(SIG_BLOCK, &caught, nullptr);
+    std::signal(SIGINT, QuitHandler);
+    std::signal(SIGTSTP, SuspendHandler);
+    std::signal(SIGCONT, ResumeHandler);
+}
+
+void KoCmdDebug::QuitHandler(int) {
+    g_sigState = kSigQuit;
+}
+
+void KoCmdDebug::SuspendHandler(int) {
+    g_sigState = kSigSuspend;
+}
+
+void KoCmdDebug::ResumeHandler(int) {
+    g_sigState = kSigResume;
+}
+
+void KoCmdDebug::SignalDectThread(const void*) {
+    for (;;) {
+        LetIn(SIGCONT);
+        LetIn(SIGINT);
+        switch (g_sigState) {
+            case kSigResume:
+                OnResume();
+                DropOwnResume();
+                break;
+            case kSigSuspend:
+                OnSuspend();
+                // The stop takes effect in the first change of the mask at the latest, so this
+                // returns after the continue, and the sleep below keeps the first resume action
+                // away from it.
+                LetIn(SIGCONT);
+                break;
+            case kSigQuit:
+                OnQuit();
+                break;
+            default:
+                break;
+        }
+        SleepOnce(kPollStep);
+    }
+}
+
+void KoCmdDebug::OnQuit() {
+    const KoMutex::Autolock lock(g_mutex);
+    if (g_pCmdDebug->m_pfnRelease != nullptr) {
+        g_pCmdDebug->m_pfnRelease(nullptr);
+    }
+    SendSignal(g_pCmdDebug->m_pid, SIGKILL, "OnQuit process failed\n");
+}
+
+void KoCmdDebug::OnSuspend() {
+    const KoMutex::Autolock lock(g_mutex);
+    SendSignal(g_pCmdDebug->m_pid, SIGSTOP, "OnSuspend process failed\n");
+}
+
+void KoCmdDebug::OnResume() {
+    const KoMutex::Autolock lock(g_mutex);
+    SendSignal(g_pCmdDebug->m_pid, SIGCONT, "OnResume process failed\n");
+}

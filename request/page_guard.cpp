@@ -1,0 +1,41 @@
+#include "request/page_guard.h"
+
+#include <csetjmp>
+#include <csignal>
+
+namespace {
+
+// Where the handler escapes to; null while the thread touches no page.
+thread_local sigjmp_buf* t_escape = nullptr;
+
+void OnBusError(int signal) {
+    if (t_escape != nullptr) {
+        siglongjmp(*t_escape, 1);
+    }
+    // Not ours: the faulting access runs again and meets the default action.
+    std::signal(signal, SIG_DFL);
+}
+
+bool InstallHandler() {
+    struct sigaction action = {};
+    action.sa_handler = OnBusError;
+    // The handler leaves by a jump that does not restore the signal mask, which saves a system call
+    // on every access; so SIGBUS must not be masked while it runs.
+    action.sa_flags = SA_NODEFER;
+    return sigaction(SIGBUS, &action, nullptr) == 0;
+}
+
+}  // namespace
+
+bool RunGuarded(void (*access)(void*), void* argument) {
+    static const bool installed = InstallHandler();
+    sigjmp_buf escape;
+    if (!installed || sigsetjmp(escape, 0) != 0) {
+        t_escape = nullptr;
+        return false;
+    }
+    t_escape = &escape;
+    access(argument);
+    t_escape = nullptr;
+    return true;
+}

@@ -1,0 +1,23 @@
+#include "request/page_mapping.h"
+
+#include <sys/mman.h>
+#include <utility>
+
+PageMapping::PageMapping(int fd) {
+    void* page = mmap(nullptr, kPageSize, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+    m_page = page != MAP_FAILED ? static_cast<SharePage*>(page) : nullptr;
+}
+
+PageMapping::PageMapping(PageMapping&& other) noexcept
+    : m_page(std::exchange(other.m_page, nullptr)) {}
+
+PageMapping& PageMapping::operator=(PageMapping&& other) noexcept {
+    std::swap(m_page, other.m_page);
+    return *this;
+}
+
+PageMapping::~PageMapping() {
+    if (m_page != nullptr) {
+        munmap(m_page, kPageSize);
+    }
+}

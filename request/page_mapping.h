@@ -1,0 +1,22 @@
+#pragma once
+
+#include "request/share_page.h"
+
+// Owns one shared mapping of a page file and removes it at the end.
+class PageMapping {
+public:
+    PageMapping() = default;
+    // Maps the first 4096 bytes of an open file; the descriptor may be closed afterwards. On
+    // failure Get() is null and errno says why.
+    explicit PageMapping(int fd);
+    PageMapping(PageMapping&& other) noexcept;
+    PageMapping& operator=(PageMapping&& other) noexcept;
+    PageMapping(const PageMapping&) = delete;
+    PageMapping& operator=(const PageMapping&) = delete;
+    ~PageMapping();
+
+    SharePage* Get() const { return m_page; }
+
+private:
+    SharePage* m_page = nullptr;
+};

@@ -1,0 +1,95 @@
+#include "request/parcel_fields.h"
+
+#include <limits>
+#include <utility>
+
+#include "platform/ko_securec.h"
+#include "printer/format_letters.h"
+
+namespace {
+
+constexpr std::size_t kNumberText = 64;  // bytes; "%.17g" needs 24 at the most
+
+FieldValue ReadValue(const android::Parcel& parcel, char letter) {
+    switch (letter) {
+        case 'd':
+            return parcel.readInt32();
+        case 'D':
+            return parcel.readInt64();
+        case 'f':
+            return parcel.readFloat();
+        case 'F':
+            return parcel.readDouble();
+        default:
+            return parcel.readString16();
+    }
+}
+
+// A failed read leaves the position where it was; a failed string leaves it behind the count, where
+// an empty string that is really there moves on.
+bool WasRead(char letter, std::size_t moved) {
+    return moved >= FindFormatLetter(letter)->leastSize;
+}
+
+struct TextOf {
+    std::string operator()(std::int32_t value) const { return std::to_string(value); }
+    std::string operator()(std::int64_t value) const { return std::to_string(value); }
+    std::string operator()(float value) const {
+        return Decimal(static_cast<double>(value), std::numeric_limits<float>::max_digits10);
+    }
+    std::string operator()(double value) const {
+        return Decimal(value, std::numeric_limits<double>::max_digits10);
+    }
+    std::string operator()(const android::String16& value) const {
+        return android::String8(value).string();
+    }
+
+    static std::string Decimal(double value, int digits) {
+        char text[kNumberText];
+        sprintf_s(text, sizeof(text), "%.*g", digits, value);
+        return text;
+    }
+};
+
+struct WriteTo {
+    android::Parcel& parcel;
+
+    android::status_t operator()(std::int32_t value) const { return parcel.writeInt32(value); }
+    android::status_t operator()(std::int64_t value) const { return parcel.writeInt64(value); }
+    android::status_t operator()(float value) const { return parcel.writeFloat(value); }
+    android::status_t operator()(double value) const { return parcel.writeDouble(value); }
+    android::status_t operator()(const android::String16& value) const {
+        return parcel.writeString16(value);
+    }
+};
+
+}  // namespace
+
+std::optional<std::vector<ParcelField>> ReadFields(const android::Parcel& parcel,
+                                                   const std::string& format) {
+    std::vector<ParcelField> fields;
+    for (const char letter : format) {
+        if (FindFormatLetter(letter) == nullptr) {
+            return std::nullopt;
+        }
+        if (letter == 'S') {
+            continue;
+        }
+        const std::size_t before = parcel.dataAvail();
+        FieldValue value = ReadValue(parcel, letter);
+        const std::size_t moved = before - parcel.dataAvail();
+        if (!WasRead(letter, moved)) {
+            return std::nullopt;
+        }
+        fields.push_back({letter, parcel.dataSize() - before, moved, std::move(value)});
+    }
+    return fields;
+}
+
+android::status_t WriteField(android::Parcel& parcel, const FieldValue& value) {
+    return std::visit(WriteTo{parcel}, value);
+}
+
+std::string FieldText(const FieldValue& value) {
+    return std::visit(TextOf{}, value);
+}

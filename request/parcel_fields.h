@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "platform/parcel.h"
+
+// A parcel's values as a format describes them, for a reader that must know whether they are really
+// there: the service for a request, tools for both directions.
+
+using FieldValue = std::variant<std::int32_t, std::int64_t, float, double, android::String16>;
+
+struct ParcelField {
+    char letter;
+    std::size_t offset;  // bytes from the start of the parcel
+    std::size_t size;    // bytes, padding included
+    FieldValue value;
+};
+
+// Reads one field for each letter from the parcel's position on; `S` has none. Nothing when a
+// letter is unknown or a value is missing, cut short, or not what its letter says.
+std::optional<std::vector<ParcelField>> ReadFields(const android::Parcel& parcel,
+                                                   const std::string& format);
+
+// Appends the value in its own encoding. 0, or the parcel's negative status.
+android::status_t WriteField(android::Parcel& parcel, const FieldValue& value);
+
+// The value as people read it: decimal numbers that read back to the same value, text as it is.
+std::string FieldText(const FieldValue& value);

@@ -1,0 +1,147 @@
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <getopt.h>
+#include <optional>
+#include <string_view>
+
+#include "platform/device_root.h"
+#include "platform/sleep_once.h"
+#include "service/tv_service.h"
+#include "service/tv_service_page.h"
+
+namespace {
+
+constexpr int kExitFailure = 1;
+constexpr int kExitUsage = 2;
+constexpr std::chrono::milliseconds kStopCheck{100};
+
+constexpr char kUsage[] =
+    "usage: ko_tv_service [--delay MS] [--status N] [--records N]\n"
+    "\n"
+    "Plays the TV middleware service: answers the commands of the catalogue through\n"
+    "the shared page, with values of the right types. Prints a line for each exchange.\n"
+    "\n"
+    "  --delay MS    wait so long before each answer\n"
+    "  --status N    answer every command with this status\n"
+    "  --records N   put N records into each reply (1)\n"
+    "  --help        print this\n"
+    "\n"
+    "SIGINT or SIGTERM ends it.\n";
+
+struct Settings {
+    TvService::Options service;
+    std::chrono::milliseconds delay{0};
+};
+
+volatile std::sig_atomic_t g_stop = 0;
+
+void CatchStopSignals() {
+    struct sigaction action = {};
+    action.sa_handler = [](int) { g_stop = 1; };
+    for (const int signal : {SIGINT, SIGTERM}) {
+        sigaction(signal, &action, nullptr);
+    }
+}
+
+// A whole decimal number within the type's range.
+template <typename Number>
+bool ReadNumber(std::string_view text, Number& number) {
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size();
+}
+
+bool ReadDelay(std::string_view text, std::chrono::milliseconds& delay) {
+    unsigned int milliseconds = 0;
+    const bool read = ReadNumber(text, milliseconds);
+    delay = std::chrono::milliseconds(milliseconds);
+    return read;
+}
+
+// Nothing when the process is to end with `status` at once.
+std::optional<Settings> ReadOptions(int argc, char** argv, int& status) {
+    static const option kOptions[] = {{"delay", required_argument, nullptr, 'd'},
+                                      {"status", required_argument, nullptr, 's'},
+                                      {"records", required_argument, nullptr, 'r'},
+                                      {"help", no_argument, nullptr, 'h'},
+                                      {}};
+    Settings settings;
+    for (int letter = 0; (letter = getopt_long(argc, argv, "", kOptions, nullptr)) != -1;) {
+        bool good = false;
+        switch (letter) {
+            case 'd':
+                good = ReadDelay(optarg, settings.delay);
+                break;
+            case 's':
+                good = ReadNumber(std::string_view(optarg), settings.service.status);
+                break;
+            case 'r':
+                good = ReadNumber(std::string_view(optarg), settings.service.records);
+                break;
+            case 'h':
+                std::fputs(kUsage, stdout);
+                status = 0;
+                return std::nullopt;
+            default:
+                break;
+        }
+        if (!good) {
+            std::fputs(kUsage, stderr);
+            status = kExitUsage;
+            return std::nullopt;
+        }
+    }
+    return settings;
+}
+
+// In steps, so that a signal to stop is not kept waiting.
+void Delay(std::chrono::milliseconds delay) {
+    const auto end = std::chrono::steady_clock::now() + delay;
+    while (g_stop == 0 && std::chrono::steady_clock::now() < end) {
+        SleepOnce(
+            std::min<std::chrono::nanoseconds>(kStopCheck, end - std::chrono::steady_clock::now()));
+    }
+}
+
+void Serve(TvServicePage& page, const TvService& service, std::chrono::milliseconds delay) {
+    while (g_stop == 0) {
+        android::Parcel request;
+        if (!page.WaitRequest(kStopCheck, request)) {
+            continue;
+        }
+        const TvService::Answer answer = service.Handle(request);
+        Delay(delay);
+        if (g_stop == 0) {
+            page.PostReply(answer.reply);
+            std::printf("%s\n", answer.summary.c_str());
+        }
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    int status = 0;
+    const std::optional<Settings> settings = ReadOptions(argc, argv, status);
+    if (!settings) {
+        return status;
+    }
+    std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
+    CatchStopSignals();
+    KoFileParse catalogue;
+    catalogue.Init();
+    TvServicePage page;
+    if (!page.Open(kSharePageFile)) {
+        std::fprintf(stderr, "%s: %s\n", kSharePageFile, std::strerror(errno));
+        return kExitFailure;
+    }
+    const TvService service(catalogue, settings->service);
+    std::printf("serving %zu commands on %s\n", service.CommandCount(), kSharePageFile);
+    Serve(page, service, settings->delay);
+    std::puts("stopped");
+    return 0;
+}

@@ -1,0 +1,168 @@
+#include "service/tv_service.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstring>
+#include <list>
+#include <utility>
+
+#include "platform/ko_securec.h"
+#include "request/share_page.h"
+
+namespace {
+
+// d and D, f and F are one kind each: a number fits either width.
+bool SameKind(char a, char b) {
+    return std::tolower(static_cast<unsigned char>(a)) ==
+           std::tolower(static_cast<unsigned char>(b));
+}
+
+struct WidestNumber {
+    double operator()(std::int32_t v) const { return v; }
+    double operator()(std::int64_t v) const { return static_cast<double>(v); }
+    double operator()(float v) const { return static_cast<double>(v); }
+    double operator()(double v) const { return v; }
+    double operator()(const android::String16&) const { return 0; }
+};
+
+std::int64_t Integer(const FieldValue& value) {
+    const auto* wide = std::get_if<std::int64_t>(&value);
+    return wide != nullptr ? *wide : std::get<std::int32_t>(value);
+}
+
+// The argument in the type of the letter, which is of its kind.
+FieldValue Converted(const FieldValue& value, char letter) {
+    switch (letter) {
+        case 'd':
+            return static_cast<std::int32_t>(Integer(value));
+        case 'D':
+            return Integer(value);
+        case 'f':
+            return static_cast<float>(std::visit(WidestNumber{}, value));
+        case 'F':
+            return std::visit(WidestNumber{}, value);
+        default:
+            return value;
+    }
+}
+
+// A made-up value; `number` counts from 1 through a reply.
+FieldValue Sample(char letter, int number) {
+    switch (letter) {
+        case 'd':
+            return std::int32_t{number};
+        case 'D':
+            return std::int64_t{number} * 10'000'000'000;
+        case 'f':
+            return static_cast<float>(number) + 0.5F;
+        case 'F':
+            return number + 0.25;
+        default:
+            return android::String16(("sample" + std::to_string(number)).c_str());
+    }
+}
+
+// Deals the request's arguments out to the letters of a reply.
+class ReplyValues {
+public:
+    explicit ReplyValues(const std::vector<ParcelField>& arguments)
+        : m_unused(arguments.begin(), arguments.end()) {}
+
+    FieldValue Next(char letter) {
+        ++m_number;
+        const auto found = std::find_if(m_unused.begin(), m_unused.end(), [letter](const auto& a) {
+            return SameKind(a.letter, letter);
+        });
+        if (found == m_unused.end()) {
+            return Sample(letter, m_number);
+        }
+        FieldValue value = Converted(found->value, letter);
+        m_unused.erase(found);
+        return value;
+    }
+
+private:
+    std::list<ParcelField> m_unused;
+    int m_number = 0;
+};
+
+// Appends as many records as fit the page and describes their values.
+std::string AppendRecords(android::Parcel& reply, const std::string& format, unsigned int records,
+                          const std::vector<ParcelField>& arguments) {
+    std::string text;
+    ReplyValues values(arguments);
+    for (unsigned int i = 0; i < records; ++i) {
+        android::Parcel longer = reply;
+        std::string record;
+        for (const char letter : format) {
+            if (std::strchr("dDfFs", letter) != nullptr) {
+                const FieldValue value = values.Next(letter);
+                WriteField(longer, value);
+                record += " " + FieldText(value);
+            }
+        }
+        if (longer.dataSize() > kDataCapacity) {
+            return text + " (" + std::to_string(records - i) + " records do not fit)";
+        }
+        reply = longer;
+        text += record;
+    }
+    return text;
+}
+
+}  // namespace
+
+TvService::TvService(const KoFileParse& catalogue, Options options) : m_options(options) {
+    for (const auto& [module, table] : catalogue.AllCmds()) {
+        for (const auto& [word, cmd] : table) {
+            m_cmds.emplace(cmd.m_instruct, &cmd);
+        }
+    }
+}
+
+TvService::Answer TvService::Handle(const android::Parcel& request) const {
+    std::int32_t instruct = 0;
+    std::vector<ParcelField> arguments;
+    const KoFileParse::KoCmdInfo* cmd = Decode(request, instruct, arguments);
+    Answer answer;
+    char number[16];
+    sprintf_s(number, sizeof(number), "0x%x", static_cast<std::uint32_t>(instruct));
+    answer.summary = number;
+    std::int32_t status = m_options.status;
+    if (cmd == nullptr) {
+        const bool known = m_cmds.find(instruct) != m_cmds.end();
+        status = known ? kBadRequest : kUnknownInstruction;
+        answer.summary += known ? " arguments do not decode" : " unknown instruction";
+    } else {
+        answer.summary += " " + cmd->m_strCmd;
+        for (const ParcelField& argument : arguments) {
+            answer.summary += " " + FieldText(argument.value);
+        }
+    }
+    answer.reply.writeInt32(status);
+    answer.summary += " -> status " + std::to_string(status);
+    if (status == 0) {
+        answer.summary +=
+            AppendRecords(answer.reply, cmd->m_strPrintFmt, m_options.records, arguments);
+    }
+    return answer;
+}
+
+// The command that the request's number and fields belong to; null when there is none.
+const KoFileParse::KoCmdInfo* TvService::Decode(const android::Parcel& request,
+                                                std::int32_t& instruct,
+                                                std::vector<ParcelField>& arguments) const {
+    instruct = request.readInt32();
+    const auto [first, last] = m_cmds.equal_range(instruct);
+    for (auto cmd = first; cmd != last; ++cmd) {
+        android::Parcel rest;
+        rest.setData(request.data(), request.dataSize());
+        rest.readInt32();
+        auto fields = ReadFields(rest, cmd->second->m_strParaFmt);
+        if (fields && rest.dataAvail() == 0) {
+            arguments = std::move(*fields);
+            return cmd->second;
+        }
+    }
+    return nullptr;
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "catalogue/ko_file_parse.h"
+#include "platform/parcel.h"
+#include "request/parcel_fields.h"
+
+// Plays the television: answers every command of a catalogue with values of the right types. A
+// reply takes its values from the request's arguments where the types agree, so that what was typed
+// comes back, and makes up the rest.
+class TvService {
+public:
+    struct Options {
+        std::int32_t status = 0;   // sent instead of any answer when it is not 0
+        unsigned int records = 1;  // repetitions of the print format in a reply
+    };
+
+    // What the service answers when it cannot serve a request.
+    static constexpr std::int32_t kUnknownInstruction = -1;
+    static constexpr std::int32_t kBadRequest = -2;
+
+    struct Answer {
+        android::Parcel reply;
+        std::string summary;  // the exchange in one line, for people
+    };
+
+    // Borrows the catalogue, which must outlive the service.
+    TvService(const KoFileParse& catalogue, Options options);
+
+    std::size_t CommandCount() const { return m_cmds.size(); }
+
+    Answer Handle(const android::Parcel& request) const;
+
+private:
+    const KoFileParse::KoCmdInfo* Decode(const android::Parcel& request, std::int32_t& instruct,
+                                         std::vector<ParcelField>& arguments) const;
+
+    std::multimap<std::int32_t, const KoFileParse::KoCmdInfo*> m_cmds;  // by instruction number
+    Options m_options;
+};

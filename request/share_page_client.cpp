@@ -32,12 +32,15 @@ SharePageClient::State SharePageClient::Look(SharePageHeader& header) const {
     return (header.flags & kReplyReady) != 0 ? State::kReady : State::kWaiting;
 }
 
-SharePageClient::State SharePageClient::Wait() {
+SharePageClient::State SharePageClient::Wait(Deadline deadline) {
     for (;;) {
         SleepOnce(m_step);
         const State state = Look(m_header);
         if (state != State::kWaiting) {
             return state;
+        }
+        if (deadline && std::chrono::steady_clock::now() >= *deadline) {
+            return State::kTimedOut;
         }
     }
 }

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "platform/parcel.h"
@@ -17,7 +18,8 @@ public:
     enum class State {
         kWaiting,  // no reply yet
         kReady,
-        kFailed,  // the page cannot be read any more
+        kTimedOut,  // no reply until the deadline
+        kFailed,    // the page cannot be read any more
     };
 
     // The console looks for a reply in steps of this length.
@@ -35,9 +37,11 @@ public:
     // Reads the header once, without waiting. Also sees what another client left in the page.
     State Look(SharePageHeader& header) const;
 
-    // Sleeps a step and looks, until the reply is there or the page fails; no time-out: some
-    // commands take as long as the hardware does, and only the engineer knows when to give up.
-    State Wait();
+    // Sleeps a step and looks, until the reply is there, the page fails or the deadline has passed.
+    // The console sets no deadline: some commands take as long as the hardware does, and only the
+    // engineer knows when to give up.
+    using Deadline = std::optional<std::chrono::steady_clock::time_point>;
+    State Wait(Deadline deadline = std::nullopt);
 
     // After Wait returned kReady: copies the reply out of the page and loads it into `reply`,
     // rewound. False when the length is beyond the page or the page's file has become too short.

@@ -1,8 +1,13 @@
 #include "platform/sleep_once.h"
 
 #include <ctime>
+#include <sched.h>
 
 bool SleepOnce(std::chrono::nanoseconds time) {
+    if (time == std::chrono::nanoseconds::zero()) {
+        sched_yield();
+        return true;
+    }
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time);
     timespec step = {};
     step.tv_sec = static_cast<std::time_t>(seconds.count());

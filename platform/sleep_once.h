@@ -2,6 +2,6 @@
 
 #include <chrono>
 
-// Sleeps for `time`. False when a signal handler ended the sleep early; the rest is not made up
-// for.
+// Sleeps for `time`; a time of 0 only lets other threads run. False when a signal handler ended the
+// sleep early; the rest is not made up for.
 bool SleepOnce(std::chrono::nanoseconds time);

@@ -1,0 +1,106 @@
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/child.h"
+#include "tests/support/test_root.h"
+
+// Whole sessions: each file of tests/sessions holds what the television has, what is typed, and
+// every byte that the console prints. Sections begin with "--- NAME": modules, commands (files to
+// install), folder (a folder where a file is looked for), service (the stand-in service's options),
+// keys, output. "\r", "\t", "\b" and "\xHH" stand for those bytes; a backslash at the end of a row
+// takes the line end away.
+
+namespace {
+
+using Sections = std::map<std::string, std::string>;
+
+std::string Unescape(const std::string& text) {
+    std::string bytes;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '\\') {
+            bytes += text[i];
+            continue;
+        }
+        switch (text[++i]) {
+            case 'r':
+                bytes += '\r';
+                break;
+            case 't':
+                bytes += '\t';
+                break;
+            case 'b':
+                bytes += '\b';
+                break;
+            case 'x':
+                bytes += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));
+                i += 2;
+                break;
+            default:
+                break;
+        }
+    }
+    return bytes;
+}
+
+Sections ReadSections(const std::string& path) {
+    Sections sections;
+    std::istringstream rows(ReadFile(path));
+    std::string row;
+    std::string name;
+    while (std::getline(rows, row)) {
+        if (row.rfind("--- ", 0) == 0) {
+            name = row.substr(4);
+            sections[name];
+        } else {
+            sections[name] += row + "\n";
+        }
+    }
+    return sections;
+}
+
+std::vector<std::string> Words(const std::string& text) {
+    std::istringstream stream(text);
+    return {std::istream_iterator<std::string>(stream), {}};
+}
+
+class SessionTest : public testing::TestWithParam<std::filesystem::path> {};
+
+std::vector<std::filesystem::path> SessionFiles() {
+    std::vector<std::filesystem::path> files;
+    for (const auto& entry : std::filesystem::directory_iterator(SourcePath("tests/sessions"))) {
+        files.push_back(entry.path());
+    }
+    return files;
+}
+
+}  // namespace
+
+TEST_P(SessionTest, PrintsEveryByte) {
+    Sections sections = ReadSections(GetParam());
+    const TestRoot root;
+    if (sections.count("modules") != 0) {
+        root.WriteModules(Unescape(sections["modules"]));
+    }
+    if (sections.count("commands") != 0) {
+        root.WriteCommands(Unescape(sections["commands"]));
+    }
+    for (const std::string& folder : Words(sections["folder"])) {
+        std::filesystem::create_directories(folder);
+    }
+    std::unique_ptr<Service> service;
+    if (sections.count("service") != 0) {
+        service = std::make_unique<Service>(Words(sections["service"]));
+    }
+    Child console("ko_cmd_debug", {}, Child::Io::kPipes);
+    console.Type(Unescape(sections["keys"]));
+    console.CloseInput();
+    EXPECT_EQ(Unescape(sections["output"]), console.ReadRest());
+    EXPECT_EQ(0, console.Wait());
+}
+
+INSTANTIATE_TEST_SUITE_P(Sessions, SessionTest, testing::ValuesIn(SessionFiles()),
+                         [](const auto& session) { return session.param.stem().string(); });

@@ -1,0 +1,142 @@
+#include "tests/support/child.h"
+
+#include <cerrno>
+#include <chrono>
+#include <fcntl.h>
+#include <poll.h>
+#include <pty.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr int kPatienceMs = 60'000;
+
+void Exec(const std::string& program, const std::vector<std::string>& arguments) {
+    std::vector<std::string> words = {KO_EMULATOR, std::string(KO_BIN_DIR "/") + program};
+    if (words.front().empty()) {
+        words.erase(words.begin());
+    }
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char*> argv;
+    for (std::string& word : words) {
+        argv.push_back(word.data());
+    }
+    argv.push_back(nullptr);
+    execvp(argv[0], argv.data());
+    _exit(127);
+}
+
+}  // namespace
+
+Child::Child(const std::string& program, const std::vector<std::string>& arguments, Io io) {
+    if (io == Io::kTerminal) {
+        int master = -1;
+        termios settings = {};
+        cfmakeraw(&settings);
+        settings.c_lflag = ICANON | ECHO | ISIG;
+        settings.c_iflag = ICRNL;
+        settings.c_cc[VINTR] = 3;
+        settings.c_cc[VSUSP] = 26;
+        m_pid = forkpty(&master, nullptr, &settings, nullptr);
+        if (m_pid == 0) {
+            Exec(program, arguments);
+        }
+        m_output = UniqueFd(master);
+        m_input = UniqueFd(dup(master));
+        return;
+    }
+    int in[2];
+    int out[2];
+    EXPECT_EQ(0, pipe2(in, O_CLOEXEC));
+    EXPECT_EQ(0, pipe2(out, O_CLOEXEC));
+    m_pid = fork();
+    if (m_pid == 0) {
+        dup2(in[0], STDIN_FILENO);
+        dup2(out[1], STDOUT_FILENO);
+        Exec(program, arguments);
+    }
+    close(in[0]);
+    close(out[1]);
+    m_input = UniqueFd(in[1]);
+    m_output = UniqueFd(out[0]);
+}
+
+Child::~Child() {
+    if (m_running) {
+        kill(m_pid, SIGKILL);
+        waitpid(m_pid, nullptr, 0);
+    }
+}
+
+void Child::Type(std::string_view bytes) const {
+    while (!bytes.empty()) {
+        const ssize_t written = write(m_input.Get(), bytes.data(), bytes.size());
+        if (written < 0) {
+            return;  // the program is gone; what it printed tells
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+}
+
+bool Child::ReadMore() {
+    pollfd waiting = {m_output.Get(), POLLIN, 0};
+    if (poll(&waiting, 1, kPatienceMs) <= 0) {
+        ADD_FAILURE() << "nothing more came behind: " << m_pending;
+        return false;
+    }
+    char bytes[4096];
+    const ssize_t got = read(m_output.Get(), bytes, sizeof(bytes));
+    if (got > 0) {
+        m_pending.append(bytes, static_cast<std::size_t>(got));
+    }
+    return got > 0;
+}
+
+std::string Child::ReadUntil(const std::string& text) {
+    for (;;) {
+        const std::size_t found = m_pending.find(text);
+        if (found != std::string::npos) {
+            const std::string taken = m_pending.substr(0, found + text.size());
+            m_pending.erase(0, taken.size());
+            return taken;
+        }
+        if (!ReadMore()) {
+            ADD_FAILURE() << "'" << text << "' is not in: " << m_pending;
+            return {};
+        }
+    }
+}
+
+std::string Child::ReadRest() {
+    while (ReadMore()) {
+    }
+    return std::exchange(m_pending, {});
+}
+
+int Child::Wait() {
+    int status = 0;
+    EXPECT_EQ(m_pid, waitpid(m_pid, &status, 0));
+    m_running = false;
+    return status;
+}
+
+bool Child::WaitChange(int option, int ms) const {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
+    int status = 0;
+    pid_t changed = 0;
+    while ((changed = waitpid(m_pid, &status, option | WNOHANG)) == 0 &&
+           std::chrono::steady_clock::now() < end) {
+        std::this_thread::yield();
+    }
+    return changed == m_pid && (option == WCONTINUED ? WIFCONTINUED(status) : WIFSTOPPED(status));
+}
+
+Service::Service(const std::vector<std::string>& arguments)
+    : Child("ko_tv_service", arguments, Io::kPipes) {
+    ReadUntil("serving ");
+}

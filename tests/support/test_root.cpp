@@ -1,0 +1,45 @@
+#include "tests/support/test_root.h"
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+namespace fs = std::filesystem;
+
+TestRoot::TestRoot() : m_before(fs::current_path()) {
+    std::string folder = fs::temp_directory_path() / "ko_test.XXXXXX";
+    m_folder = mkdtemp(folder.data());
+    fs::current_path(m_folder);
+    fs::create_directories("root/data/vendor");
+}
+
+TestRoot::~TestRoot() {
+    fs::current_path(m_before);
+    fs::remove_all(m_folder);
+}
+
+std::string TestRoot::Write(const std::string& path, const std::string& text) const {
+    const fs::path full = fs::path(m_folder) / path;
+    fs::create_directories(full.parent_path());
+    std::ofstream(full, std::ios::binary) << text;
+    return full;
+}
+
+ExampleRoot::ExampleRoot() {
+    WriteModules(ReadFile(SourcePath("examples/atv/dbg/mods.conf")));
+    WriteCommands(ReadFile(SourcePath("examples/atv/dbg/cmds.conf")));
+}
+
+std::string ReadFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    EXPECT_TRUE(file) << path;
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+std::string SourcePath(const std::string& path) {
+    return std::string(KO_SOURCE_DIR "/") + path;
+}

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
+#include <memory>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -48,7 +49,7 @@ KoCmdDebug& KoCmdDebug::GetInstance() {
 }
 
 int KoCmdDebug::LoadConfig() {
-    m_pFileParse = new KoFileParse;
+    m_pFileParse = std::make_unique<KoFileParse>();
     m_pFileParse->Init();
     if (m_pFileParse->GetIOExceptionStatus() != 0) {
         std::puts("ParseModules fail or ParseCmds fail.");

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
 #include <sstream>
 #include <string>
 #include <sys/types.h>
@@ -133,7 +134,7 @@ private:
     std::int32_t m_bRunning = 0;
     KoStream m_stream;
     pid_t m_pid = 0;
-    KoFileParse* m_pFileParse = nullptr;  // owned, never freed
+    std::unique_ptr<KoFileParse> m_pFileParse;  // null until LoadConfig
     std::string m_strPrompt;
     void (*m_pfnRelease)(const void*) = nullptr;
     KoMWThread m_sigThread;

@@ -53,7 +53,7 @@ bool SharePageClient::TakeReply(android::Parcel& reply) {
     std::array<std::uint8_t, kDataCapacity> bytes;
     const bool touched = GuardPageAccess(
         [&] { memcpy_s(bytes.data(), bytes.size(), m_page->data, m_header.length); });
-    return touched && reply.setData(bytes.data(), m_header.length) == 0;
+    return touched && FileHoldsPage() && reply.setData(bytes.data(), m_header.length) == 0;
 }
 
 // A missing file is no failure: the service may hold the same page open although the name is gone.

@@ -116,8 +116,8 @@ void Serve(TvServicePage& page, const TvService& service, std::chrono::milliseco
         const TvService::Answer answer = service.Handle(request);
         Delay(delay);
         if (g_stop == 0) {
-            page.PostReply(answer.reply);
-            std::printf("%s\n", answer.summary.c_str());
+            const bool posted = page.PostReply(answer.reply);
+            std::printf("%s%s\n", answer.summary.c_str(), posted ? "" : " (not posted)");
         }
     }
 }

@@ -72,7 +72,7 @@ bool TvServicePage::TakeRequest(android::Parcel& request) {
 
 bool TvServicePage::PostReply(const android::Parcel& reply) {
     SharePage* page = m_mapping.Get();
-    if (page == nullptr || reply.dataSize() > kDataCapacity) {
+    if (page == nullptr || reply.data() == nullptr || reply.dataSize() > kDataCapacity) {
         return false;
     }
     return GuardPageAccess([&] {

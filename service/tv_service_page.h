@@ -26,8 +26,8 @@ public:
     bool WaitRequest(std::chrono::nanoseconds timeout, android::Parcel& request);
 
     // Writes the reply, then its length and the ready flag in one step, and withdraws the request
-    // flag. False with nothing written when the reply has more than 4088 bytes or the page cannot
-    // be written.
+    // flag. False with nothing written when the reply is empty or has more than 4088 bytes, or the
+    // page cannot be written; the request then stands and comes again.
     bool PostReply(const android::Parcel& reply);
 
 private:

@@ -17,25 +17,28 @@ namespace {
 
 using State = SharePageClient::State;
 
-// A page file with both halves on mappings of their own, as in two processes.
+// A page file with each half on a mapping of its own, as in two processes, and a third to scribble
+// with.
 class PageTest : public testing::Test {
 protected:
     PageTest() {
         EXPECT_TRUE(m_service.Open(kTestPage));
         m_mapping = PageMapping(UniqueFd(open(kTestPage, O_RDWR)).Get());
+        m_scribbler = PageMapping(UniqueFd(open(kTestPage, O_RDWR)).Get());
     }
 
     // Answers the next request with raw bytes, a header length and flags of its own choice.
     void AnswerOnce(const std::string& bytes, std::uint32_t length) {
         android::Parcel request;
         ASSERT_TRUE(m_service.WaitRequest(std::chrono::seconds(60), request));
-        std::copy(bytes.begin(), bytes.end(), m_mapping.Get()->data);
-        StoreHeader(*m_mapping.Get(), kReplyReady, length);
+        std::copy(bytes.begin(), bytes.end(), m_scribbler.Get()->data);
+        StoreHeader(*m_scribbler.Get(), kReplyReady, length);
     }
 
     TestRoot m_root;
     TvServicePage m_service{std::chrono::nanoseconds(0)};
     PageMapping m_mapping;
+    PageMapping m_scribbler;
 };
 
 // The console's exchange on the test's page: what it printed and returned.

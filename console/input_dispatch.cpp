@@ -122,10 +122,3 @@ int KoCmdDebug::HandleCmd(const char* cmd, const char* args, unsigned int, unsig
     }
     return ReportFailedCall(CopyCmdToBuf(cmd, request));
 }
-
-int KoCmdDebug::ReportFailedCall(int result) {
-    if (result != 0) {
-        std::puts("call failed");
-    }
-    return result;
-}

@@ -136,3 +136,10 @@ int KoCmdDebug::ParseStringCmd(KO_BOOL wide, KO_BOOL& valid, std::istringstream&
     }
     return request.writeString16(android::String16(word.c_str())) == 0 ? 0 : -1;
 }
+
+int KoCmdDebug::ReportFailedCall(int result) {
+    if (result != 0) {
+        std::puts("call failed");
+    }
+    return result;
+}

@@ -1,0 +1,221 @@
+#include <csignal>
+#include <cstdio>
+#include <fcntl.h>
+#include <filesystem>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include "request/page_mapping.h"
+#include "service/tv_service_page.h"
+#include "tests/support/child.h"
+#include "tests/support/test_root.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr char kRule[] = "===========================\n";
+
+// The console in the module of the example catalogue that most cases use.
+class Console : public Child {
+public:
+    Console() : Child("ko_cmd_debug", {}, Io::kPipes) {
+        Type("aud\n");
+        ReadUntil("audio@TV $");
+    }
+
+    // Types a line and returns what it prints, up to the next prompt.
+    std::string Command(const std::string& line) {
+        Type(line + "\n");
+        return Answer(line);
+    }
+
+    // The same for a line that is typed already.
+    std::string Answer(const std::string& line) {
+        ReadUntil(line + "\n\r");
+        const std::string text = ReadUntil("audio@TV $");
+        return text.substr(0, text.size() - 10);
+    }
+};
+
+const std::string kVolume35 = std::string(kRule) + "output:0\tvolume:35\t\n" + kRule;
+constexpr char kFailed[] = "call failed\n";
+
+// The service's half in the hands of the test, to stop in the middle of its work.
+class DyingService {
+public:
+    DyingService() { EXPECT_TRUE(m_page.Open(kTestPage)); }
+
+    void TakeRequest() {
+        android::Parcel request;
+        EXPECT_TRUE(m_page.WaitRequest(std::chrono::seconds(60), request));
+    }
+
+    static void WriteHalfAReply() {
+        const PageMapping page(UniqueFd(open(kTestPage, O_RDWR)).Get());
+        std::fill(page.Get()->data, page.Get()->data + 6, std::uint8_t{0x55});
+    }
+
+private:
+    TvServicePage m_page;
+};
+
+// Runs a shell command line in which $KO is the console; returns what it prints.
+std::string Shell(const std::string& command) {
+    const std::string line = "KO='" KO_EMULATOR " " KO_BIN_DIR "/ko_cmd_debug'; " + command;
+    std::FILE* pipe = popen(line.c_str(), "r");
+    std::string text;
+    for (int byte = 0; (byte = std::fgetc(pipe)) != EOF;) {
+        text += static_cast<char>(byte);
+    }
+    pclose(pipe);
+    return text;
+}
+
+}  // namespace
+
+TEST(ServiceFaultTest, AServiceThatDiesAndComesBackAnswersWhole) {
+    const ExampleRoot root;
+    Console console;
+    {
+        DyingService before;
+        console.Type("setvol 0 35\n");
+        before.TakeRequest();
+    }
+    {
+        const Service back;
+        EXPECT_EQ(kVolume35, console.Answer("setvol 0 35"));
+    }
+    {
+        DyingService during;
+        console.Type("mute 1\n");
+        during.TakeRequest();
+        DyingService::WriteHalfAReply();
+    }
+    {
+        // What the dead service wrote over the request leaves it without meaning: a refusal, no
+        // mixture.
+        const Service back;
+        EXPECT_EQ("request failure! ret:0xffffffff\ncall failed\n", console.Answer("mute 1"));
+        EXPECT_EQ(kVolume35, console.Command("setvol 0 35"));
+    }
+    console.Type("setvol 0 35\n");
+    const Service afterwards;
+    EXPECT_EQ(kVolume35, console.Answer("setvol 0 35"));
+}
+
+TEST(PageFaultTest, APageThatCannotHoldAnExchangeFailsTheCall) {
+    const ExampleRoot root;
+    Console console;
+    EXPECT_EQ(kFailed, console.Command("setvol 0 35")) << "new and empty";
+    const Service service;
+    EXPECT_EQ(kVolume35, console.Command("setvol 0 35"));
+    for (const int size : {4095, 1, 0}) {
+        ASSERT_EQ(0, truncate(kTestPage, size));
+        EXPECT_EQ(kFailed, console.Command("setvol 0 35")) << size;
+    }
+    ASSERT_EQ(0, truncate(kTestPage, kPageSize));
+    EXPECT_EQ(kVolume35, console.Command("setvol 0 35"));
+    root.Write("short", "x");
+    fs::rename("short", kTestPage);
+    EXPECT_EQ(kFailed, console.Command("setvol 0 35")) << "replaced by a short one";
+    fs::remove(kTestPage);
+    EXPECT_EQ(kVolume35, console.Command("setvol 0 35")) << "the name is gone, the page is not";
+}
+
+TEST(PageFaultTest, APageCutWhileTheConsoleWaitsEndsTheWait) {
+    const ExampleRoot root;
+    DyingService service;
+    Console console;
+    console.Type("setvol 0 35\n");
+    service.TakeRequest();
+    ASSERT_EQ(0, truncate(kTestPage, 0));
+    EXPECT_EQ(kFailed, console.Answer("setvol 0 35"));
+}
+
+TEST(PageFaultTest, ThePathMayBeALinkButNothingElseThanAFile) {
+    const ExampleRoot root;
+    root.Write("elsewhere", "");
+    fs::create_symlink(fs::absolute("elsewhere"), kTestPage);
+    {
+        const Service service;
+        EXPECT_EQ(kVolume35, Console().Command("setvol 0 35"));
+    }
+    const auto start = [] { return Shell("printf 'q\\n' | $KO | tail -n 1"); };
+    fs::remove(kTestPage);
+    fs::create_symlink(".tv", kTestPage);
+    EXPECT_EQ("can't open swap file root/data/vendor/.tv, errno = 40\n", start());
+    fs::remove_all("root/data/vendor");
+    EXPECT_EQ("can't open swap file root/data/vendor/.tv, errno = 2\n", start());
+    root.Write("root/data/vendor", "");
+    EXPECT_EQ("can't open swap file root/data/vendor/.tv, errno = 20\n", start());
+}
+
+TEST(CatalogueFaultTest, AFileThatCannotBeReadIsReported) {
+    const TestRoot root;
+    root.WriteCommands("[x]\n");
+    // A regular file whose first byte cannot be read.
+    fs::create_symlink("/proc/self/mem", "root/vendor/etc/atv/dbg/mods.conf");
+    EXPECT_EQ("file path error or open file failure\nParseModules fail\n",
+              Shell("printf 'q\\n' | $KO | sed -n 2,3p"));
+}
+
+TEST(CatalogueFaultTest, HugeFilesLoad) {
+    const TestRoot root;
+    std::string commands;
+    for (int i = 0; i < 100'000; ++i) {
+        commands += "[t]\ncommand=c" + std::to_string(i) + "\nbelong module=m\n";
+    }
+    for (int i = 0; i < 10; ++i) {
+        commands += std::string(10'000'000, 'x') + "\n";
+    }
+    commands += std::string(1000, '\0');
+    root.WriteModules("[m]\r\ncommand=m\r\ninstruction=1\r\n");
+    root.WriteCommands(commands);
+    EXPECT_EQ("100000\n", Shell("printf 'm\\nhelp\\nq\\nq\\n' | $KO | grep -c '^\tc[0-9]*\t\t$'"));
+}
+
+TEST(StreamFaultTest, TheConsoleEndsWhenItsStreamsDo) {
+    const ExampleRoot root;
+    // 124 would mean that it had to be stopped.
+    const char* const commands[] = {
+        "printf 'help\\nq\\n' | timeout 60 $KO >/dev/full",
+        "printf 'help\\nq\\n' | timeout 60 $KO >&-",
+        "timeout 60 $KO <&- >/dev/null",
+        "timeout 60 $KO </dev/null >&- 2>&-",
+    };
+    for (const char* command : commands) {
+        EXPECT_EQ("0\n", Shell(std::string(command) + "; echo $?")) << command;
+    }
+    EXPECT_EQ("x\n", Shell("yes help | timeout 60 $KO | head -n 3 >/dev/null; echo x"));
+}
+
+TEST(StreamFaultTest, AHangUpEndsTheConsole) {
+    const ExampleRoot root;
+    for (const bool ignored : {false, true}) {
+        std::signal(SIGHUP, ignored ? SIG_IGN : SIG_DFL);
+        Child console("ko_cmd_debug", {}, Child::Io::kTerminal);
+        console.ReadUntil("TV $");
+        console.CloseInput();
+        console.CloseOutput();
+        const int status = console.Wait();
+        EXPECT_EQ(!ignored, WIFSIGNALED(status) && WTERMSIG(status) == SIGHUP) << status;
+        EXPECT_EQ(ignored, WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    }
+}
+
+TEST(StreamFaultTest, TheInterruptKeyEndsALongReplyThatNobodyReads) {
+    const ExampleRoot root;
+    const Service service({"--records", "1000"});
+    Child console("ko_cmd_debug", {}, Child::Io::kTerminal);
+    console.ReadUntil("TV $");
+    console.Type("aud\ndec\n");
+    console.ReadUntil(kRule);
+    for (int i = 0; i < 20; ++i) {
+        console.Type("dec\n");
+    }
+    console.Type("\x03");
+    EXPECT_TRUE(WIFSIGNALED(console.Wait()));
+}

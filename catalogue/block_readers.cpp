@@ -1,13 +1,16 @@
 #include <cstdio>
+#include <iterator>
 
 #include "catalogue/block_walk.h"
 #include "catalogue/ko_file_parse.h"
+#include "catalogue/row_grammar.h"
 
 namespace {
 
 // One key word of a file: its test, and the store of its value in the record.
 template <typename Record>
 struct KeyHandler {
+    std::string_view word;
     bool (*test)(const std::string& row);
     void (*take)(Record& record, const std::string& row);
 };
@@ -15,42 +18,58 @@ struct KeyHandler {
 using ModuleRecord = KoFileParse::KoModuleInfo;
 using CmdRecord = KoFileParse::KoCmdInfo;
 
-// In the order in which the key words are tried; a shortened key goes to the first that it begins.
 constexpr KeyHandler<ModuleRecord> kModuleKeys[] = {
-    {KoFileParse::IsCommand,
+    {kCommandKey, KoFileParse::IsCommand,
      [](ModuleRecord& m, const std::string& row) { m.m_strCmd = KoFileParse::GetCommand(row); }},
-    {KoFileParse::IsInstruction,
+    {kInstructionKey, KoFileParse::IsInstruction,
      [](ModuleRecord& m, const std::string& row) {
          m.m_instruct = KoFileParse::GetInstruction(row);
      }},
-    {KoFileParse::IsDescription,
+    {kDescriptionKey, KoFileParse::IsDescription,
      [](ModuleRecord& m, const std::string& row) {
          m.m_strDescrip = KoFileParse::GetDescription(row);
      }},
 };
 
 constexpr KeyHandler<CmdRecord> kCmdKeys[] = {
-    {KoFileParse::IsCommand,
+    {kCommandKey, KoFileParse::IsCommand,
      [](CmdRecord& c, const std::string& row) { c.m_strCmd = KoFileParse::GetCommand(row); }},
-    {KoFileParse::IsBelongMod,
+    {kBelongModKey, KoFileParse::IsBelongMod,
      [](CmdRecord& c, const std::string& row) {
          c.m_strBelongMod = KoFileParse::GetBelongMod(row);
      }},
-    {KoFileParse::IsInstruction,
+    {kInstructionKey, KoFileParse::IsInstruction,
      [](CmdRecord& c, const std::string& row) { c.m_instruct = KoFileParse::GetInstruction(row); }},
-    {KoFileParse::IsParaFormat,
+    {kParaFormatKey, KoFileParse::IsParaFormat,
      [](CmdRecord& c, const std::string& row) {
          c.m_strParaFmt = KoFileParse::GetParaFormat(row);
      }},
-    {KoFileParse::IsPrintFmt,
+    {kPrintFmtKey, KoFileParse::IsPrintFmt,
      [](CmdRecord& c, const std::string& row) { c.m_strPrintFmt = KoFileParse::GetPrintFmt(row); }},
-    {KoFileParse::IsPrintTags,
+    {kPrintTagsKey, KoFileParse::IsPrintTags,
      [](CmdRecord& c, const std::string& row) { c.m_printTags = KoFileParse::GetPrintTags(row); }},
-    {KoFileParse::IsDescription,
+    {kDescriptionKey, KoFileParse::IsDescription,
      [](CmdRecord& c, const std::string& row) {
          c.m_strDescrip = KoFileParse::GetDescription(row);
      }},
 };
+
+// True when the handlers stand in the order that row_grammar.h fixes for all readers of the file.
+template <typename Handlers, typename Order>
+constexpr bool FollowsOrder(const Handlers& handlers, const Order& order) {
+    if (std::size(handlers) != std::size(order)) {
+        return false;
+    }
+    for (std::size_t i = 0; i < std::size(order); ++i) {
+        if (handlers[i].word != order[i]) {
+            return false;
+        }
+    }
+    return true;
+}
+
+static_assert(FollowsOrder(kModuleKeys, kModuleKeyOrder));
+static_assert(FollowsOrder(kCmdKeys, kCmdKeyOrder));
 
 void Reset(ModuleRecord& module) {
     module = ModuleRecord();

@@ -20,6 +20,14 @@ constexpr char kPrintFmtKey[] = "print format";
 constexpr char kPrintTagsKey[] = "print tags";
 constexpr char kDescriptionKey[] = "description";
 
+// The key words of each file in the order in which they are tried; a shortened key goes to the
+// first that it begins.
+constexpr std::string_view kModuleKeyOrder[] = {kCommandKey, kInstructionKey, kDescriptionKey};
+constexpr std::string_view kCmdKeyOrder[] = {
+    kCommandKey,  kBelongModKey, kInstructionKey, kParaFormatKey,
+    kPrintFmtKey, kPrintTagsKey, kDescriptionKey,
+};
+
 // Removes blanks, tabs, line feeds, vertical tabs, form feeds and carriage returns from both ends.
 std::string_view TrimConfigText(std::string_view text);
 

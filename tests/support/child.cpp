@@ -58,6 +58,9 @@ Child::Child(const std::string& program, const std::vector<std::string>& argumen
     if (m_pid == 0) {
         dup2(in[0], STDIN_FILENO);
         dup2(out[1], STDOUT_FILENO);
+        if (io == Io::kErrorFile) {
+            dup2(open("stderr", O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600), STDERR_FILENO);
+        }
         Exec(program, arguments);
     }
     close(in[0]);

@@ -12,8 +12,9 @@
 class Child {
 public:
     enum class Io {
-        kPipes,     // standard output only; standard error is the test's own
-        kTerminal,  // a pseudo-terminal of its own that passes output through as it is
+        kPipes,      // standard output only; standard error is the test's own
+        kErrorFile,  // as kPipes, with standard error in the file "stderr" of the working directory
+        kTerminal,   // a pseudo-terminal of its own that passes output through as it is
     };
 
     Child(const std::string& program, const std::vector<std::string>& arguments, Io io);

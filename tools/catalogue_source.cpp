@@ -1,0 +1,66 @@
+#include "tools/catalogue_source.h"
+
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <unistd.h>
+
+#include "platform/device_root.h"
+#include "platform/ko_cfg_file.h"
+#include "tools/text.h"
+
+namespace {
+
+std::string FindFile(const std::optional<std::string>& folder, const char* name) {
+    if (folder) {
+        return *folder + "/" + name;
+    }
+    const std::string relative = std::string("atv/dbg/") + name;
+    char path[kCfgPathSize] = {};
+    const char* found = ko_get_one_cfg_file(relative.c_str(), CUST_TYPE_CONFIG, path);
+    return found != nullptr ? found : KO_DEVICE_ROOT "/vendor/etc/" + relative;
+}
+
+bool LoadFile(const std::string& path, KoFileParse& catalogue,
+              int (KoFileParse::*readBlocks)(KoFile* reader)) {
+    auto reader = std::make_unique<KoFile>();
+    reader->Init(path, "r");
+    if (reader->GetIOExceptionStatus() != 0) {
+        Complain(path + ": " + std::strerror(reader->GetIOExceptionStatus()));
+        return false;
+    }
+    if (reader->IsEmpty()) {
+        Complain(path + ": the file is empty");
+        return false;
+    }
+    if ((catalogue.*readBlocks)(reader.get()) != 0) {
+        // The block reader has destroyed the file reader.
+        static_cast<void>(reader.release());
+        return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+CataloguePaths FindCatalogue(const std::optional<std::string>& folder) {
+    return {FindFile(folder, "mods.conf"), FindFile(folder, "cmds.conf")};
+}
+
+bool LoadCatalogue(const CataloguePaths& paths, KoFileParse& catalogue) {
+    const StdoutToStderr redirect;
+    return LoadFile(paths.modules, catalogue, &KoFileParse::ParseModulePtr) &&
+           LoadFile(paths.commands, catalogue, &KoFileParse::ParseCmdPtr);
+}
+
+StdoutToStderr::StdoutToStderr() {
+    std::fflush(stdout);
+    m_saved = dup(STDOUT_FILENO);
+    dup2(STDERR_FILENO, STDOUT_FILENO);
+}
+
+StdoutToStderr::~StdoutToStderr() {
+    std::fflush(stdout);
+    dup2(m_saved, STDOUT_FILENO);
+    close(m_saved);
+}

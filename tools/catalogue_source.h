@@ -1,0 +1,32 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "catalogue/ko_file_parse.h"
+
+// Where the two files of a catalogue are.
+struct CataloguePaths {
+    std::string modules;
+    std::string commands;
+};
+
+// "mods.conf" and "cmds.conf" of the folder; without one, the files that the console finds, or for
+// a missing file the place where the device's vendor would put it.
+CataloguePaths FindCatalogue(const std::optional<std::string>& folder);
+
+// Loads the catalogue as the console does, with the console's messages on standard error. False
+// after a message when a file cannot be loaded.
+bool LoadCatalogue(const CataloguePaths& paths, KoFileParse& catalogue);
+
+// Sends what is printed to standard output to standard error while it lives. One at a time.
+class StdoutToStderr {
+public:
+    StdoutToStderr();
+    ~StdoutToStderr();
+    StdoutToStderr(const StdoutToStderr&) = delete;
+    StdoutToStderr& operator=(const StdoutToStderr&) = delete;
+
+private:
+    int m_saved;
+};

@@ -1,0 +1,207 @@
+#include <algorithm>
+#include <cctype>
+#include <cstdint>
+#include <strings.h>
+
+#include "catalogue/ko_file_parse.h"
+#include "catalogue/row_grammar.h"
+#include "printer/format_letters.h"
+#include "request/share_page.h"
+#include "tools/catalogue_blocks.h"
+#include "tools/check.h"
+#include "tools/strict_argument.h"
+#include "tools/text.h"
+
+namespace {
+
+// The prompt's words that come before any of the catalogue's.
+constexpr const char* kPromptWords[] = {"help", "?", "quit", "q"};
+
+// Bytes that the line editor takes for arrow keys.
+constexpr std::string_view kArrowBytes = "ABCD[";
+
+constexpr std::size_t LargestValue() {
+    std::size_t largest = 0;
+    for (const FormatLetter& row : kFormatLetters) {
+        largest = std::max(largest, row.leastSize);
+    }
+    return largest;
+}
+
+static_assert(sizeof(std::int32_t) + kConfigTextSize * LargestValue() <= kDataCapacity,
+              "the shortest record of every print format fits the page behind the status");
+
+std::string TitleText(const CatalogueBlock& block) {
+    return Quoted(block.Name());
+}
+
+// True when the key is given with a value within its limit.
+bool IsGiven(const CatalogueBlock& block, std::string_view word) {
+    const KeyRow* key = block.Find(word);
+    return key != nullptr && key->ValueFits();
+}
+
+// True when the key is there, but over its limit or behind the row that ended the block:
+// check_rows.cpp reports that, and what follows from it is no mistake of its own.
+bool IsLost(const CatalogueBlock& block, std::string_view word) {
+    const KeyRow* key = block.Find(word);
+    return key != nullptr ? !key->ValueFits() : block.Lost(word);
+}
+
+// What keeps the byte from being typed as part of a word; empty when nothing does.
+std::string TypingFault(char byte, bool blanksCount) {
+    if (kArrowBytes.find(byte) != std::string_view::npos) {
+        return std::string("the prompt takes \"") + byte + "\" for a part of an arrow key";
+    }
+    if (std::iscntrl(static_cast<unsigned char>(byte)) != 0) {
+        return "it holds the control byte " + Hex(static_cast<unsigned char>(byte));
+    }
+    return blanksCount && byte == ' ' ? "a blank ends the word" : "";
+}
+
+// `blanksCount`: the word ends at a blank, as a command's does; a module's is the whole line.
+void CheckWord(const CatalogueBlock& block, bool blanksCount, FindingList& findings) {
+    if (IsLost(block, kCommandKey)) {
+        return;
+    }
+    const std::string word = block.Text(kCommandKey);
+    const std::size_t line = block.LineOf(kCommandKey);
+    if (word.empty()) {
+        findings.Error(line, "the block " + TitleText(block) + " has no \"command\"");
+    }
+    for (const char byte : word) {
+        const std::string fault = TypingFault(byte, blanksCount);
+        if (!fault.empty()) {
+            findings.Error(line, "the word " + Quoted(word) + " cannot be typed: " + fault);
+            break;
+        }
+    }
+    for (const char* own : kPromptWords) {
+        if (strcasecmp(own, word.c_str()) == 0) {
+            findings.Error(line, "the word " + Quoted(word) + " is shadowed by the prompt's own");
+        }
+    }
+}
+
+void CheckInstruction(const CatalogueBlock& block, FindingList& findings) {
+    if (!IsGiven(block, kInstructionKey)) {
+        return;
+    }
+    const std::string value = block.Text(kInstructionKey);
+    const std::size_t line = block.LineOf(kInstructionKey);
+    const HexNumber number = ParseHexNumber(value);
+    const std::string taken = ": " + Hex(number.value) + " is taken";
+    if (number.usedLength == 0) {
+        findings.Error(line, "the instruction " + Quoted(value) + " is not hexadecimal" + taken);
+    } else if (number.usedLength != value.size()) {
+        findings.Error(line,
+                       "the instruction " + Quoted(value) + " has trailing characters" + taken);
+    }
+    if (number.clamped) {
+        findings.Error(line, "the instruction " + Quoted(value) + " does not fit 32 bits" + taken);
+    }
+}
+
+void CheckDescription(const CatalogueBlock& block, FindingList& findings) {
+    if (!IsLost(block, kDescriptionKey) && block.Text(kDescriptionKey).empty()) {
+        findings.Warning(block.LineOf(kDescriptionKey),
+                         "the block " + TitleText(block) + " has no description");
+    }
+}
+
+void CheckLetters(const CatalogueBlock& block, std::string_view word, FindingList& findings) {
+    const std::string format = block.Text(word);
+    std::string unknown;
+    bool wide = false;
+    for (const char letter : format) {
+        const FormatLetter* row = FindFormatLetter(letter);
+        if (row == nullptr) {
+            unknown += letter;
+        }
+        wide = wide || letter == 'S';
+    }
+    const std::size_t line = block.LineOf(word);
+    const std::string what = "the " + std::string(word) + " " + Quoted(format);
+    if (!unknown.empty()) {
+        findings.Error(line, what + " has unknown letters: " + Quoted(unknown));
+    }
+    if (wide) {
+        findings.Warning(line, what + " has the letter \"S\", which carries no value");
+    }
+}
+
+void CheckTags(const CatalogueBlock& block, FindingList& findings) {
+    if (IsLost(block, kPrintFmtKey) || IsLost(block, kPrintTagsKey)) {
+        return;
+    }
+    const std::string format = block.Text(kPrintFmtKey);
+    const KeyRow* row = block.Find(kPrintTagsKey);
+    if (row == nullptr) {
+        if (!format.empty()) {
+            findings.Warning(block.LineOf(kPrintFmtKey),
+                             "the print format " + Quoted(format) +
+                                 " has no print tags: nothing of a reply is printed");
+        }
+        return;
+    }
+    const std::size_t tags = KoFileParse::GetPrintTags(row->row.text).size();
+    const std::string what = "the print tags " + Quoted(row->Value());
+    if (format.empty()) {
+        findings.Warning(row->row.line, what + " have no print format");
+    } else if (tags != format.size()) {
+        findings.Warning(row->row.line, what + " are " + std::to_string(tags) +
+                                            (tags < format.size() ? ", fewer" : ", more") +
+                                            " than the letters of the print format (" +
+                                            std::to_string(format.size()) + ")");
+    }
+}
+
+// Each argument takes a character of its own and the blank before it.
+void CheckArgumentText(const CatalogueBlock& block, FindingList& findings) {
+    const std::size_t arguments = ArgumentLetters(block.Text(kParaFormatKey)).size();
+    if (arguments > kArgumentTextLimit / 2) {
+        findings.Warning(block.LineOf(kParaFormatKey),
+                         "the " + std::to_string(arguments) +
+                             " arguments of the para format cannot fit the " +
+                             std::to_string(kArgumentTextLimit) + " characters of argument text");
+    }
+}
+
+}  // namespace
+
+void CheckModuleValues(const CatalogueBlocks& modules, FindingList& findings) {
+    for (const CatalogueBlock& block : modules.blocks) {
+        const std::string name = block.Name();
+        if (name.empty()) {
+            findings.Error(block.title.line,
+                           Quoted(block.title.text) + " names no module: it cannot be selected");
+        } else if (TrimConfigText(name) != name) {
+            findings.Warning(block.title.line, "no \"belong module\" can name " + Quoted(name) +
+                                                   ", whose blanks belong to the name");
+        }
+        CheckWord(block, false, findings);
+        CheckInstruction(block, findings);
+        if (IsGiven(block, kInstructionKey) && block.Instruction() == -1) {
+            findings.Error(
+                block.LineOf(kInstructionKey),
+                "the instruction " + Quoted(block.Text(kInstructionKey)) + " counts as none");
+        }
+        CheckDescription(block, findings);
+    }
+}
+
+void CheckCommandValues(const CatalogueBlocks& commands, FindingList& findings) {
+    for (const CatalogueBlock& block : commands.blocks) {
+        CheckWord(block, true, findings);
+        CheckInstruction(block, findings);
+        if (block.Find(kInstructionKey) == nullptr && !block.Lost(kInstructionKey)) {
+            findings.Error(block.title.line,
+                           "the block " + TitleText(block) + " has no \"instruction\": -1 is sent");
+        }
+        CheckLetters(block, kParaFormatKey, findings);
+        CheckLetters(block, kPrintFmtKey, findings);
+        CheckTags(block, findings);
+        CheckArgumentText(block, findings);
+        CheckDescription(block, findings);
+    }
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
+
+// What stands behind the command's name.
+struct CommandLine {
+    std::optional<std::string> catalogue;
+    std::chrono::milliseconds timeout{5000};
+    bool force = false;
+    bool json = false;
+    bool markdown = false;
+    std::vector<std::string> words;
+};
+
+// One command of the tool: feeds dispatch, help and the check of its command line.
+struct ToolCommand {
+    const char* name;
+    const char* words;    // as the usage line shows them
+    const char* summary;  // one line
+    const char* details;  // further lines of its help
+    const char* options;  // the options it takes, by their letters in command_line.cpp
+    std::size_t leastWords;
+    std::size_t mostWords;
+    int (*run)(const CommandLine& line);
+};
+
+// Reads the words behind the command's name; argv[0] stands for the program. Nothing when the
+// process is to end with `status` at once, after the command's help or a message.
+std::optional<CommandLine> ReadCommandLine(const ToolCommand& command, int argc, char** argv,
+                                           int& status);

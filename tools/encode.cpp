@@ -1,0 +1,50 @@
+#include <cstdio>
+#include <cstring>
+
+#include "printer/format_letters.h"
+#include "request/parcel_fields.h"
+#include "request/share_page.h"
+#include "tools/commands.h"
+#include "tools/exit_status.h"
+#include "tools/prepared_call.h"
+#include "tools/text.h"
+
+namespace {
+
+std::string ValueText(const ParcelField& field) {
+    const std::string text = FieldText(field.value);
+    return field.letter == 's' ? "\"" + Printable(text) + "\"" : text;
+}
+
+std::string HeaderBytes(std::size_t length) {
+    SharePage page = {};
+    StoreHeader(page, kRequestPosted, length);
+    const SharePageHeader header = LoadHeader(page);
+    std::uint8_t bytes[kHeaderSize];
+    std::memcpy(bytes, &header, sizeof(bytes));
+    return HexBytes(bytes, sizeof(bytes));
+}
+
+}  // namespace
+
+int RunEncode(const CommandLine& line) {
+    PreparedCall call;
+    if (!Prepare(line, call)) {
+        return kExitNotSent;
+    }
+    const auto fields = ReadFields(call.request, "d" + call.cmd->m_strParaFmt);
+    if (!fields) {
+        Complain("the request does not read back");
+        return kExitNotSent;
+    }
+    std::vector<std::vector<std::string>> rows = {{"offset", "bytes", "type", "value"}};
+    for (const ParcelField& field : *fields) {
+        rows.push_back({std::to_string(field.offset),
+                        HexBytes(call.request.data() + field.offset, field.size),
+                        FindFormatLetter(field.letter)->typeName, ValueText(field)});
+    }
+    rows[1].back() = Hex(call.cmd->m_instruct) + " instruction";
+    rows.push_back({"header", HeaderBytes(call.request.dataSize())});
+    PrintTable(rows, "");
+    return kExitDone;
+}

@@ -1,0 +1,27 @@
+#include "tools/finding.h"
+
+#include <algorithm>
+#include <utility>
+
+void FindingList::Error(std::size_t line, std::string text) {
+    m_findings.push_back({m_file, line, Severity::kError, std::move(text)});
+}
+
+void FindingList::Warning(std::size_t line, std::string text) {
+    m_findings.push_back({m_file, line, Severity::kWarning, std::move(text)});
+}
+
+std::string FindingList::Place(std::size_t line) const {
+    return m_file + ":" + std::to_string(line);
+}
+
+std::vector<Finding> FindingList::Take() {
+    std::stable_sort(m_findings.begin(), m_findings.end(),
+                     [](const Finding& a, const Finding& b) { return a.line < b.line; });
+    return std::move(m_findings);
+}
+
+std::string FindingLine(const Finding& finding) {
+    return finding.file + ":" + std::to_string(finding.line) +
+           (finding.severity == Severity::kError ? ": error: " : ": warning: ") + finding.text;
+}

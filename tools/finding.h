@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
+enum class Severity { kError, kWarning };
+
+struct Finding {
+    std::string file;
+    std::size_t line;
+    Severity severity;
+    std::string text;
+};
+
+// The findings about one file, in the order in which they are made.
+class FindingList {
+public:
+    explicit FindingList(std::string file) : m_file(std::move(file)) {}
+
+    void Error(std::size_t line, std::string text);
+    void Warning(std::size_t line, std::string text);
+
+    // "mods.conf:3"; how a finding names another place.
+    std::string Place(std::size_t line) const;
+
+    // Hands the findings out in the order of the lines.
+    std::vector<Finding> Take();
+
+private:
+    std::string m_file;
+    std::vector<Finding> m_findings;
+};
+
+// One line, "file:line: error: text".
+std::string FindingLine(const Finding& finding);

@@ -1,0 +1,58 @@
+#include "tools/json.h"
+
+#include <cmath>
+
+#include "platform/ko_securec.h"
+#include "platform/string16.h"
+
+namespace {
+
+struct JsonOf {
+    std::string operator()(std::int32_t value) const { return FieldText(value); }
+    std::string operator()(std::int64_t value) const { return FieldText(value); }
+    std::string operator()(float value) const {
+        return std::isfinite(value) ? FieldText(value) : "null";
+    }
+    std::string operator()(double value) const {
+        return std::isfinite(value) ? FieldText(value) : "null";
+    }
+    std::string operator()(const android::String16& value) const {
+        return JsonString(FieldText(value));
+    }
+};
+
+}  // namespace
+
+std::string JsonString(std::string_view text) {
+    const android::String8 valid(android::String16(text.data(), text.size()));
+    std::string json = "\"";
+    for (const char byte : std::string_view(valid.string(), valid.size())) {
+        if (byte == '"' || byte == '\\') {
+            json += '\\';
+        }
+        if (static_cast<unsigned char>(byte) < ' ') {
+            char escape[8];
+            sprintf_s(escape, sizeof(escape), "\\u%04x", static_cast<unsigned int>(byte));
+            json += escape;
+        } else {
+            json += byte;
+        }
+    }
+    return json + '"';
+}
+
+std::string JsonValue(const FieldValue& value) {
+    return std::visit(JsonOf{}, value);
+}
+
+std::string JsonArray(const std::vector<std::string>& values) {
+    std::string json;
+    for (const std::string& value : values) {
+        json += (json.empty() ? "" : ",") + value;
+    }
+    return "[" + json + "]";
+}
+
+void JsonObject::Add(std::string_view name, const std::string& value) {
+    m_members += (m_members.empty() ? "" : ",") + JsonString(name) + ":" + value;
+}

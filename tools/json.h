@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "request/parcel_fields.h"
+
+// The text as a JSON string: what is no UTF-8 becomes U+FFFD, control bytes are escaped.
+std::string JsonString(std::string_view text);
+
+// A reply's value: numbers as numbers that read back the same, and null for a float that JSON has
+// no number for (infinite or not a number).
+std::string JsonValue(const FieldValue& value);
+
+// "[a,b]" of values that are JSON already.
+std::string JsonArray(const std::vector<std::string>& values);
+
+// Collects the members of one object, in their order.
+class JsonObject {
+public:
+    // `value` is JSON already; a name must come once.
+    void Add(std::string_view name, const std::string& value);
+
+    std::string Text() const { return "{" + m_members + "}"; }
+
+private:
+    std::string m_members;
+};

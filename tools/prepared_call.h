@@ -1,0 +1,17 @@
+#pragma once
+
+#include "catalogue/ko_file_parse.h"
+#include "platform/parcel.h"
+#include "tools/command_line.h"
+
+// What "encode" shows and "call" sends.
+struct PreparedCall {
+    KoFileParse catalogue;
+    const KoFileParse::KoCmdInfo* cmd = nullptr;  // in the catalogue
+    android::Parcel request;
+};
+
+// Finds the command that the first two words name, the module by its selecting word or its name,
+// checks the other words as its arguments and encodes them with the console's encoder. False after
+// a message.
+bool Prepare(const CommandLine& line, PreparedCall& call);

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// The text as any terminal can show it: valid UTF-8, control bytes as "\x1b".
+std::string Printable(std::string_view text);
+
+// The text of one row, printable, in double quotes and cut after 60 bytes.
+std::string Quoted(std::string_view text);
+
+// "0x101", of the 32 bits.
+std::string Hex(std::int32_t value);
+
+// "01 ff", in lower case.
+std::string HexBytes(const std::uint8_t* bytes, std::size_t size);
+
+// Prints rows of equally many cells as aligned columns, each row behind `indent`.
+void PrintTable(const std::vector<std::vector<std::string>>& rows, const char* indent);
+
+// Prints one message line to standard error.
+void Complain(const std::string& message);

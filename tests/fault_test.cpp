@@ -169,7 +169,8 @@ TEST(CatalogueFaultTest, HugeFilesLoad) {
         commands += "[t]\ncommand=c" + std::to_string(i) + "\nbelong module=m\n";
     }
     for (int i = 0; i < 10; ++i) {
-        commands += std::string(10'000'000, 'x') + "\n";
+        commands.append(10'000'000, 'x');
+        commands += '\n';
     }
     commands += std::string(1000, '\0');
     root.WriteModules("[m]\r\ncommand=m\r\ninstruction=1\r\n");

@@ -45,7 +45,7 @@ TEST(PrinterTest, EveryLetterIsRenderedBehindItsTag) {
         reply.writeInt64(-5'000'000'000);
         reply.writeFloat(3.5F);
         reply.writeDouble(3.5);
-        reply.writeString16(String16(u"a\0b"));
+        reply.writeString16(String16(std::u16string(u"a\0b", 3)));
     }
     const std::string line = "i:-5\tl:-5000000000\tf:3.500000\tF:        3.500000\ts:a\t\n";
     EXPECT_EQ(std::make_pair(kRule + line + line + kRule, 0),

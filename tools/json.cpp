@@ -17,7 +17,8 @@ struct JsonOf {
         return std::isfinite(value) ? FieldText(value) : "null";
     }
     std::string operator()(const android::String16& value) const {
-        return JsonString(FieldText(value));
+        const std::string text = FieldText(value);
+        return JsonString(text);
     }
 };
 

@@ -59,7 +59,7 @@ std::string ArgumentLetters(const std::string& paraFormat) {
 }
 
 std::string ArgumentFault(char letter, const std::string& word) {
-    const std::string textFault = TextFault(word);
+    std::string textFault = TextFault(word);
     if (!textFault.empty()) {
         return textFault;
     }

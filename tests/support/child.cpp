@@ -104,7 +104,7 @@ std::string Child::ReadUntil(const std::string& text) {
     for (;;) {
         const std::size_t found = m_pending.find(text);
         if (found != std::string::npos) {
-            const std::string taken = m_pending.substr(0, found + text.size());
+            std::string taken = m_pending.substr(0, found + text.size());
             m_pending.erase(0, taken.size());
             return taken;
         }

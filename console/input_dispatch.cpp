@@ -1,9 +1,10 @@
+#include <strings.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <iomanip>
 #include <sstream>
-#include <strings.h>
 
 #include "console/ko_cmd_debug.h"
 #include "platform/ko_securec.h"

@@ -1,13 +1,14 @@
 #include "console/ko_cmd_debug.h"
 
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
-#include <fcntl.h>
 #include <memory>
-#include <sys/mman.h>
-#include <unistd.h>
 
 #include "platform/device_root.h"
 #include "platform/unique_fd.h"

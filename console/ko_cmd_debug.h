@@ -1,11 +1,12 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <atomic>
 #include <cstdint>
 #include <memory>
 #include <sstream>
 #include <string>
-#include <sys/types.h>
 
 #include "catalogue/ko_file_parse.h"
 #include "common/ko_mw_array.h"

@@ -1,9 +1,10 @@
 #include "lineedit/ko_stream.h"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <iterator>
-#include <unistd.h>
 
 #include "platform/ko_securec.h"
 

@@ -1,8 +1,9 @@
 #pragma once
 
+#include <termios.h>
+
 #include <list>
 #include <string>
-#include <termios.h>
 #include <vector>
 
 #include "lineedit/mod_info.h"

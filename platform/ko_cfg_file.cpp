@@ -1,8 +1,9 @@
 #include "platform/ko_cfg_file.h"
 
-#include <string>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <string>
 
 #include "platform/device_root.h"
 #include "platform/ko_securec.h"

@@ -1,6 +1,7 @@
+#include <syslog.h>
+
 #include <cstdarg>
 #include <cstdio>
-#include <syslog.h>
 
 #include "platform/ko_log.h"
 

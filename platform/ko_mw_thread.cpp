@@ -1,8 +1,9 @@
 #include "platform/ko_mw_thread.h"
 
+#include <pthread.h>
+
 #include <cerrno>
 #include <memory>
-#include <pthread.h>
 
 namespace {
 

@@ -1,7 +1,8 @@
 #include "platform/sleep_once.h"
 
-#include <ctime>
 #include <sched.h>
+
+#include <ctime>
 
 bool SleepOnce(std::chrono::nanoseconds time) {
     if (time == std::chrono::nanoseconds::zero()) {

@@ -1,6 +1,7 @@
 #include "request/page_mapping.h"
 
 #include <sys/mman.h>
+
 #include <utility>
 
 PageMapping::PageMapping(int fd) {

@@ -1,6 +1,7 @@
 #include "request/share_page_client.h"
 
 #include <sys/stat.h>
+
 #include <utility>
 
 #include "platform/ko_securec.h"

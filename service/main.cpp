@@ -1,3 +1,5 @@
+#include <getopt.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
@@ -5,7 +7,6 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
-#include <getopt.h>
 #include <optional>
 #include <string_view>
 

@@ -1,9 +1,10 @@
 #include "service/tv_service_page.h"
 
-#include <array>
-#include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
+
+#include <array>
+#include <cerrno>
 
 #include "platform/ko_securec.h"
 #include "platform/sleep_once.h"

@@ -1,9 +1,10 @@
-#include <csignal>
-#include <cstdio>
 #include <fcntl.h>
-#include <filesystem>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <filesystem>
 
 #include <gtest/gtest.h>
 

@@ -1,48 +1,21 @@
-#include <fcntl.h>
 #include <sys/mman.h>
-#include <thread>
 #include <unistd.h>
+
+#include <thread>
 
 #include <gtest/gtest.h>
 
 #include "console/ko_cmd_debug.h"
-#include "platform/unique_fd.h"
-#include "request/page_mapping.h"
 #include "request/parcel_fields.h"
 #include "request/share_page_client.h"
-#include "service/tv_service_page.h"
-#include "tests/support/test_root.h"
+#include "tests/support/page_test_base.h"
 
 namespace {
 
 using State = SharePageClient::State;
 
-// A page file with each half on a mapping of its own, as in two processes, and a third to scribble
-// with.
-class PageTest : public testing::Test {
-protected:
-    PageTest() {
-        EXPECT_TRUE(m_service.Open(kTestPage));
-        m_mapping = PageMapping(UniqueFd(open(kTestPage, O_RDWR)).Get());
-        m_scribbler = PageMapping(UniqueFd(open(kTestPage, O_RDWR)).Get());
-    }
-
-    // Answers the next request with raw bytes, a header length and flags of its own choice.
-    void AnswerOnce(const std::string& bytes, std::uint32_t length) {
-        android::Parcel request;
-        ASSERT_TRUE(m_service.WaitRequest(std::chrono::seconds(60), request));
-        std::copy(bytes.begin(), bytes.end(), m_scribbler.Get()->data);
-        StoreHeader(*m_scribbler.Get(), kReplyReady, length);
-    }
-
-    TestRoot m_root;
-    TvServicePage m_service{std::chrono::nanoseconds(0)};
-    PageMapping m_mapping;
-    PageMapping m_scribbler;
-};
-
 // The console's exchange on the test's page: what it printed and returned.
-class ExchangeTest : public PageTest {
+class ExchangeTest : public PageTestBase {
 protected:
     ExchangeTest() {
         m_root.WriteModules("[mod]\ncommand=m\ninstruction=1\n");
@@ -137,7 +110,7 @@ TEST_F(ExchangeTest, ARequestThatCannotBePostedFails) {
     EXPECT_EQ(0, m_mapping.Get()->header.load());
 }
 
-TEST_F(PageTest, APageThatVanishesUnderTheGuardKillsNobody) {
+TEST_F(PageTestBase, APageThatVanishesUnderTheGuardKillsNobody) {
     // A name that tells nothing leaves the guard alone to notice.
     SharePageClient client(m_mapping.Get(), "no such file", std::chrono::nanoseconds(0));
     const std::uint8_t request[4] = {};
@@ -150,7 +123,7 @@ TEST_F(PageTest, APageThatVanishesUnderTheGuardKillsNobody) {
     EXPECT_FALSE(m_service.PostReply(parcel));
 }
 
-TEST_F(PageTest, PostingClearsAReplyFlagLeftBehind) {
+TEST_F(PageTestBase, PostingClearsAReplyFlagLeftBehind) {
     StoreHeader(*m_mapping.Get(), kReplyReady, 4);
     SharePageClient client(m_mapping.Get(), kTestPage, std::chrono::nanoseconds(0));
     const std::uint8_t request[4] = {0xab, 0, 0, 0};
@@ -159,41 +132,4 @@ TEST_F(PageTest, PostingClearsAReplyFlagLeftBehind) {
     EXPECT_EQ(State::kWaiting, client.Look(header));
     EXPECT_EQ(0x0000000400000001U, m_mapping.Get()->header.load());
     EXPECT_EQ(State::kTimedOut, client.Wait(std::chrono::steady_clock::now()));
-}
-
-// Each side checks that it reads exactly what the other wrote, with lengths and bytes that change
-// each time.
-TEST_F(PageTest, AMillionExchangesMixNothing) {
-    constexpr std::uint32_t kExchanges = KO_EXCHANGES;
-    const auto message = [](std::uint32_t number) {
-        std::vector<std::uint8_t> bytes(1 + (number * 7919U) % 97U,
-                                        static_cast<std::uint8_t>(number));
-        bytes.front() = static_cast<std::uint8_t>(number >> 8);
-        return bytes;
-    };
-    const auto equal = [](const android::Parcel& parcel, const std::vector<std::uint8_t>& bytes) {
-        return std::equal(bytes.begin(), bytes.end(), parcel.data(),
-                          parcel.data() + parcel.dataSize());
-    };
-    std::thread service([&] {
-        for (std::uint32_t i = 0; i < kExchanges; ++i) {
-            android::Parcel request;
-            ASSERT_TRUE(m_service.WaitRequest(std::chrono::seconds(60), request));
-            ASSERT_TRUE(equal(request, message(2 * i))) << i;
-            android::Parcel reply;
-            const auto bytes = message(2 * i + 1);
-            reply.setData(bytes.data(), bytes.size());
-            ASSERT_TRUE(m_service.PostReply(reply));
-        }
-    });
-    SharePageClient client(m_mapping.Get(), kTestPage, std::chrono::nanoseconds(0));
-    for (std::uint32_t i = 0; i < kExchanges; ++i) {
-        const auto bytes = message(2 * i);
-        ASSERT_TRUE(client.Post(bytes.data(), bytes.size()));
-        ASSERT_EQ(State::kReady, client.Wait());
-        android::Parcel reply;
-        ASSERT_TRUE(client.TakeReply(reply));
-        ASSERT_TRUE(equal(reply, message(2 * i + 1))) << i;
-    }
-    service.join();
 }

@@ -1,5 +1,6 @@
-#include <cstring>
 #include <sys/stat.h>
+
+#include <cstring>
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,8 @@
-#include <csignal>
-#include <cstring>
 #include <sys/wait.h>
 #include <termios.h>
+
+#include <csignal>
+#include <cstring>
 #include <thread>
 
 #include <gtest/gtest.h>

@@ -1,5 +1,6 @@
-#include <chrono>
 #include <fcntl.h>
+
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <regex>

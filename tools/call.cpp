@@ -1,7 +1,8 @@
+#include <fcntl.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <fcntl.h>
 #include <set>
 
 #include "platform/device_root.h"

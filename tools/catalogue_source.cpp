@@ -1,9 +1,10 @@
 #include "tools/catalogue_source.h"
 
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstring>
 #include <memory>
-#include <unistd.h>
 
 #include "platform/device_root.h"
 #include "platform/ko_cfg_file.h"

@@ -1,7 +1,8 @@
+#include <strings.h>
+
 #include <algorithm>
 #include <cctype>
 #include <cstdint>
-#include <strings.h>
 
 #include "catalogue/ko_file_parse.h"
 #include "catalogue/row_grammar.h"

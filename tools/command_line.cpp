@@ -1,9 +1,10 @@
 #include "tools/command_line.h"
 
+#include <getopt.h>
+
 #include <charconv>
 #include <cstdio>
 #include <cstring>
-#include <getopt.h>
 #include <string_view>
 
 #include "tools/exit_status.h"

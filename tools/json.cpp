@@ -17,14 +17,14 @@ struct JsonOf {
         return std::isfinite(value) ? FieldText(value) : "null";
     }
     std::string operator()(const android::String16& value) const {
-        const std::string text = FieldText(value);
-        return JsonString(text);
+        return JsonString(FieldText(value));
     }
 };
 
 }  // namespace
 
 std::string JsonString(std::string_view text) {
+    // cppcheck-suppress danglingTemporaryLifetime ; the units are copied out of the text
     const android::String8 valid(android::String16(text.data(), text.size()));
     std::string json = "\"";
     for (const char byte : std::string_view(valid.string(), valid.size())) {

@@ -1,13 +1,14 @@
 #include "tests/support/child.h"
 
-#include <cerrno>
-#include <chrono>
 #include <fcntl.h>
 #include <poll.h>
 #include <pty.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <termios.h>
+
+#include <cerrno>
+#include <chrono>
 #include <thread>
 
 #include <gtest/gtest.h>

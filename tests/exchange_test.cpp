@@ -1,0 +1,43 @@
+#include <thread>
+
+#include "request/share_page_client.h"
+#include "tests/support/page_test_base.h"
+
+using ExchangeStressTest = PageTestBase;
+
+// Each side checks that it reads exactly what the other wrote, with lengths and bytes that change
+// each time.
+TEST_F(ExchangeStressTest, AMillionExchangesMixNothing) {
+    constexpr std::uint32_t kExchanges = KO_EXCHANGES;
+    const auto message = [](std::uint32_t number) {
+        std::vector<std::uint8_t> bytes(1 + (number * 7919U) % 97U,
+                                        static_cast<std::uint8_t>(number));
+        bytes.front() = static_cast<std::uint8_t>(number >> 8);
+        return bytes;
+    };
+    const auto equal = [](const android::Parcel& parcel, const std::vector<std::uint8_t>& bytes) {
+        return std::equal(bytes.begin(), bytes.end(), parcel.data(),
+                          parcel.data() + parcel.dataSize());
+    };
+    std::thread service([&] {
+        for (std::uint32_t i = 0; i < kExchanges; ++i) {
+            android::Parcel request;
+            ASSERT_TRUE(m_service.WaitRequest(std::chrono::seconds(60), request));
+            ASSERT_TRUE(equal(request, message(2 * i))) << i;
+            android::Parcel reply;
+            const auto bytes = message(2 * i + 1);
+            reply.setData(bytes.data(), bytes.size());
+            ASSERT_TRUE(m_service.PostReply(reply));
+        }
+    });
+    SharePageClient client(m_mapping.Get(), kTestPage, std::chrono::nanoseconds(0));
+    for (std::uint32_t i = 0; i < kExchanges; ++i) {
+        const auto bytes = message(2 * i);
+        ASSERT_TRUE(client.Post(bytes.data(), bytes.size()));
+        ASSERT_EQ(SharePageClient::State::kReady, client.Wait());
+        android::Parcel reply;
+        ASSERT_TRUE(client.TakeReply(reply));
+        ASSERT_TRUE(equal(reply, message(2 * i + 1))) << i;
+    }
+    service.join();
+}

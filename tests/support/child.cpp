@@ -9,6 +9,8 @@
 
 #include <cerrno>
 #include <chrono>
+#include <iterator>
+#include <sstream>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -18,10 +20,9 @@ namespace {
 constexpr int kPatienceMs = 60'000;
 
 void Exec(const std::string& program, const std::vector<std::string>& arguments) {
-    std::vector<std::string> words = {KO_EMULATOR, std::string(KO_BIN_DIR "/") + program};
-    if (words.front().empty()) {
-        words.erase(words.begin());
-    }
+    std::istringstream emulator(KO_EMULATOR);
+    std::vector<std::string> words{std::istream_iterator<std::string>(emulator), {}};
+    words.push_back(std::string(KO_BIN_DIR "/") + program);
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv;
     for (std::string& word : words) {

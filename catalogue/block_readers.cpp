@@ -1,5 +1,6 @@
 #include <cstdio>
 #include <iterator>
+#include <utility>
 
 #include "catalogue/block_walk.h"
 #include "catalogue/ko_file_parse.h"
@@ -47,7 +48,9 @@ constexpr KeyHandler<CmdRecord> kCmdKeys[] = {
     {kPrintFmtKey, KoFileParse::IsPrintFmt,
      [](CmdRecord& c, const std::string& row) { c.m_strPrintFmt = KoFileParse::GetPrintFmt(row); }},
     {kPrintTagsKey, KoFileParse::IsPrintTags,
-     [](CmdRecord& c, const std::string& row) { c.m_printTags = KoFileParse::GetPrintTags(row); }},
+     [](CmdRecord& c, const std::string& row) {
+         c.m_printTags.m_list = KoFileParse::GetPrintTags(row).m_list;
+     }},
     {kDescriptionKey, KoFileParse::IsDescription,
      [](CmdRecord& c, const std::string& row) {
          c.m_strDescrip = KoFileParse::GetDescription(row);
@@ -100,7 +103,7 @@ public:
     }
 
     void Close(const std::string*) {
-        m_store(m_record);
+        m_store(std::move(m_record));
         Reset(m_record);
     }
 
@@ -127,24 +130,26 @@ int ReadBlocks(KoFile* reader, const Keys& keys, Store store) {
 }  // namespace
 
 int KoFileParse::ParseModulePtr(KoFile* reader) {
-    return ReadBlocks<KoModuleInfo>(reader, kModuleKeys,
-                                    [this](const KoModuleInfo& module) { StoreModule(module); });
+    return ReadBlocks<KoModuleInfo>(
+        reader, kModuleKeys, [this](KoModuleInfo&& module) { StoreModule(std::move(module)); });
 }
 
 int KoFileParse::ParseCmdPtr(KoFile* reader) {
-    return ReadBlocks<KoCmdInfo>(reader, kCmdKeys, [this](const KoCmdInfo& cmd) { StoreCmd(cmd); });
+    return ReadBlocks<KoCmdInfo>(reader, kCmdKeys,
+                                 [this](KoCmdInfo&& cmd) { StoreCmd(std::move(cmd)); });
 }
 
-void KoFileParse::StoreModule(const KoModuleInfo& module) {
+void KoFileParse::StoreModule(KoModuleInfo&& module) {
     // Of two modules with one name the first stays, and so does its number.
-    const auto stored = m_modInfos.emplace(module.m_strName, module).first;
+    const auto stored = m_modInfos.try_emplace(module.m_strName, std::move(module)).first;
     m_cmdInfos.try_emplace(static_cast<unsigned int>(stored->second.m_instruct));
 }
 
-void KoFileParse::StoreCmd(const KoCmdInfo& cmd) {
+void KoFileParse::StoreCmd(KoCmdInfo&& cmd) {
     const KoModuleInfo* module = FindModule(cmd.m_strBelongMod);
     if (module == nullptr || module->m_instruct == -1) {
         return;
     }
-    m_cmdInfos[static_cast<unsigned int>(module->m_instruct)].try_emplace(cmd.m_strCmd, cmd);
+    m_cmdInfos[static_cast<unsigned int>(module->m_instruct)].try_emplace(cmd.m_strCmd,
+                                                                          std::move(cmd));
 }

@@ -28,7 +28,7 @@ bool IsKeyRow(const char* keyWord, const char* tooLong, const std::string& row) 
         std::printf(tooLong, Int(length));
         return false;
     }
-    return KeyMatches(keyWord, row);
+    return KeyMatches(keyWord, std::string_view(row).substr(0, length));
 }
 
 // `tooLong` takes the length of the raw value and its "=".

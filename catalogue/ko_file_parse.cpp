@@ -35,6 +35,14 @@ Field FieldOr(const Record* record, Field Record::*field, Field missing) {
     return record != nullptr ? record->*field : missing;
 }
 
+bool ReportUnreadable(const KoFile& reader) {
+    if (reader.GetIOExceptionStatus() == 0) {
+        return false;
+    }
+    std::puts("file path error or open file failure");
+    return true;
+}
+
 int Load(KoFileParse& catalogue, const ConfigFile& file) {
     char path[kCfgPathSize] = {};
     const char* resolved = ko_get_one_cfg_file(file.path, CUST_TYPE_CONFIG, path);
@@ -45,8 +53,7 @@ int Load(KoFileParse& catalogue, const ConfigFile& file) {
     }
     auto reader = std::make_unique<KoFile>();
     reader->Init(resolved, "r");
-    if (reader->GetIOExceptionStatus() != 0) {
-        std::puts("file path error or open file failure");
+    if (ReportUnreadable(*reader)) {
         return -1;
     }
     if (reader->IsEmpty()) {
@@ -59,7 +66,8 @@ int Load(KoFileParse& catalogue, const ConfigFile& file) {
         std::printf(file.failedMessage, -1);
         return -1;
     }
-    return 0;
+    // A file that broke off in the middle has failed as well.
+    return ReportUnreadable(*reader) ? -1 : 0;
 }
 
 }  // namespace

@@ -101,8 +101,8 @@ public:
     static Array<std::string> GetPrintTags(const std::string& row);
 
 private:
-    void StoreModule(const KoModuleInfo& module);
-    void StoreCmd(const KoCmdInfo& cmd);
+    void StoreModule(KoModuleInfo&& module);
+    void StoreCmd(KoCmdInfo&& cmd);
     const KoModuleInfo* FindModule(const std::string& module) const;
     const KoCmdInfo* FindCmd(int instruct, const std::string& cmd) const;
 

@@ -37,12 +37,12 @@ bool IsTitleRow(std::string_view row);
 // The block's name: what stands between the brackets of a row that IsTitleRow accepted.
 std::string_view TitleName(std::string_view row);
 
-// Length of the raw text before the first "="; npos when the row has none.
+// Length of the raw key, the text before the first "="; npos when the row has none.
 std::size_t RawKeyLength(std::string_view row);
 
-// True when the row's key counts as the key word. A key that is a leading part of the key word and
-// stands right before the "=" counts too. False for a key over the limit and for a row without "=".
-bool KeyMatches(std::string_view keyWord, std::string_view row);
+// True when the raw key, which is within its limit, counts as the key word. A key that is a leading
+// part of the key word and has no white space around it counts too.
+bool KeyMatches(std::string_view keyWord, std::string_view rawKey);
 
 // Length of the raw value and its "=", in bytes. The row must contain "=".
 std::size_t RawValueLength(std::string_view row);

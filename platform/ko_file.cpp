@@ -6,49 +6,79 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <string_view>
 
 #include "platform/unique_fd.h"
 
 namespace {
 
-// Returns 0 or an error number. The size that fstat tells is only a first guess: the file may grow
-// or shrink while it is read.
-int ReadAll(const char* path, std::string& text) {
-    const UniqueFd fd(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+// A regular file, open for reading; -1 with errno set for anything else.
+UniqueFd OpenFile(const std::string& path) {
+    UniqueFd fd(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat info = {};
     if (!fd.IsOpen() || fstat(fd.Get(), &info) != 0) {
-        return errno;
+        return UniqueFd();
     }
     if (!S_ISREG(info.st_mode)) {
-        return S_ISDIR(info.st_mode) ? EISDIR : EINVAL;
+        errno = S_ISDIR(info.st_mode) ? EISDIR : EINVAL;
+        return UniqueFd();
     }
-    std::size_t used = 0;
-    text.resize(static_cast<std::size_t>(info.st_size) + 1);
-    for (;;) {
-        const ssize_t got = read(fd.Get(), &text[used], text.size() - used);
-        if (got < 0 && errno == EINTR) {
-            continue;
-        }
-        if (got <= 0) {
-            text.resize(used);
-            return got < 0 ? errno : 0;
-        }
-        used += static_cast<std::size_t>(got);
-        if (used == text.size()) {
-            text.resize(used * 2);
-        }
-    }
+    return fd;
 }
 
 }  // namespace
 
 void KoFile::Init(const std::string& path, const std::string& mode) {
-    m_next = 0;
-    m_lastStart = kNone;
-    m_rowNumber = 0;
-    m_status = mode == "r" ? ReadAll(path.c_str(), m_text) : EINVAL;
-    if (m_status != 0) {
-        m_text.clear();
+    *this = KoFile();
+    if (mode != "r") {
+        m_status = EINVAL;
+        return;
+    }
+    m_fd = OpenFile(path);
+    if (!m_fd.IsOpen()) {
+        m_status = errno;
+        return;
+    }
+    m_empty = !Fill();
+}
+
+// Reads a chunk more, and forgets what lies before the row that RollBack may ask for. False at the
+// end of the file and after an error.
+bool KoFile::Fill() {
+    if (!m_fd.IsOpen()) {
+        return false;
+    }
+    const std::size_t kept = std::min(m_lastStart, m_next);
+    m_text.erase(0, kept);
+    m_next -= kept;
+    m_lastStart -= m_lastStart != kNone ? kept : 0;
+    const std::size_t used = m_text.size();
+    m_text.resize(used + m_chunkSize);
+    ssize_t got = 0;
+    do {
+        got = read(m_fd.Get(), &m_text[used], m_chunkSize);
+    } while (got < 0 && errno == EINTR);
+    m_status = got < 0 ? errno : 0;
+    m_text.resize(used + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+    m_chunkSize = std::min(2 * m_chunkSize, kLargestChunk);
+    if (got <= 0) {
+        m_fd = UniqueFd();
+    }
+    return got > 0;
+}
+
+// Length of the next row without its line feed; reads as far as the row goes.
+std::size_t KoFile::RowLength() {
+    std::size_t searched = 0;
+    for (;;) {
+        const std::size_t lineEnd = m_text.find('\n', m_next + searched);
+        if (lineEnd != std::string::npos) {
+            return lineEnd - m_next;
+        }
+        searched = m_text.size() - m_next;
+        if (!Fill()) {
+            return searched;
+        }
     }
 }
 
@@ -58,11 +88,18 @@ std::string KoFile::NextRow() {
     }
     m_lastStart = m_next;
     ++m_rowNumber;
-    const std::size_t lineEnd = std::min(m_text.find('\n', m_next), m_text.size());
-    m_next = std::min(lineEnd + 1, m_text.size());
-    const bool carriageReturn =
-        lineEnd < m_text.size() && lineEnd > m_lastStart && m_text[lineEnd - 1] == '\r';
-    return m_text.substr(m_lastStart, lineEnd - m_lastStart - (carriageReturn ? 1 : 0));
+    const std::size_t length = RowLength();
+    std::string_view row = std::string_view(m_text).substr(m_next, length);
+    const bool ended = m_next + length < m_text.size();
+    if (ended && !row.empty() && row.back() == '\r') {
+        row.remove_suffix(1);
+    }
+    std::string text(row);
+    m_next += length + (ended ? 1 : 0);
+    if (m_next == m_text.size()) {
+        Fill();
+    }
+    return text;
 }
 
 int KoFile::RollBack() {

@@ -3,19 +3,23 @@
 #include <cstddef>
 #include <string>
 
-// Row-oriented reader of a text file. The file is read once, whole, by Init; rows may be of any
-// length and hold any bytes. Not shared between threads.
+#include "platform/unique_fd.h"
+
+// Row-oriented reader of a text file, which it reads once from start to end, a chunk at a time: a
+// large file needs no more memory than its longest row. Rows may be of any length and hold any
+// bytes. Not shared between threads.
 class KoFile {
 public:
-    // Reads the file. The only mode is "r". A failure shows in GetIOExceptionStatus().
+    // Opens the file and reads its start. The only mode is "r". A failure shows in
+    // GetIOExceptionStatus().
     void Init(const std::string& path, const std::string& mode);
 
-    // 0, or the error number when the file could not be opened or read; a directory or any other
-    // thing that is not a regular file counts as unreadable.
+    // 0, or the error number when the file could not be opened or, so far, read; the rows end then.
+    // A directory or any other thing that is not a regular file counts as unreadable.
     int GetIOExceptionStatus() const { return m_status; }
 
     // True when the file holds no rows.
-    bool IsEmpty() const { return m_text.empty(); }
+    bool IsEmpty() const { return m_empty; }
 
     // True when no further row can be read.
     bool IsEOF() const { return m_next >= m_text.size(); }
@@ -32,11 +36,19 @@ public:
     std::size_t RowNumber() const { return m_rowNumber; }
 
 private:
+    static constexpr std::size_t kFirstChunk = std::size_t{4} * 1024;     // bytes
+    static constexpr std::size_t kLargestChunk = std::size_t{64} * 1024;  // bytes
     static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
+    bool Fill();
+    std::size_t RowLength();
+
+    UniqueFd m_fd;  // open until the end of the file
     std::string m_text;
-    std::size_t m_next = 0;
-    std::size_t m_lastStart = kNone;
+    std::size_t m_chunkSize = kFirstChunk;
+    std::size_t m_next = 0;           // where the next row starts in m_text
+    std::size_t m_lastStart = kNone;  // where the last one starts
     std::size_t m_rowNumber = 0;
     int m_status = 0;
+    bool m_empty = true;
 };

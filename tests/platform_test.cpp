@@ -139,6 +139,27 @@ TEST(KoFileTest, RowsComeWithoutLineEndsAndOnceMoreAfterRollBack) {
     EXPECT_EQ("", file.NextRow());
 }
 
+TEST(KoFileTest, RowsOfAnyLengthComeWholeAndCanBeGivenBack) {
+    const TestRoot root;
+    std::vector<std::string> rows;
+    std::string text;
+    for (std::size_t i = 0; i < 400; ++i) {
+        // Lengths around those of the chunks that the file is read in, and short ones between.
+        const std::size_t length = i % 7 == 0 ? i * 997 % 140'000 : i % 5;
+        rows.emplace_back(length, static_cast<char>('a' + i % 26));
+        text += rows.back() + "\n";
+    }
+    KoFile file;
+    file.Init(root.Write("rows", text), "r");
+    for (const std::string& row : rows) {
+        ASSERT_EQ(row, file.NextRow());
+        ASSERT_EQ(0, file.RollBack());
+        ASSERT_EQ(row, file.NextRow());
+    }
+    EXPECT_TRUE(file.IsEOF());
+    EXPECT_EQ(rows.size(), file.RowNumber());
+}
+
 TEST(KoFileTest, WhatIsNoReadableFileIsAnError) {
     const TestRoot root;
     for (const char* path : {"missing", ".", "/dev/zero"}) {

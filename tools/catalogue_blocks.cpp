@@ -82,8 +82,13 @@ std::int32_t CatalogueBlock::Instruction() const {
 }
 
 std::string_view FindKeyWord(const std::vector<std::string_view>& words, std::string_view row) {
-    const auto found = std::find_if(words.begin(), words.end(),
-                                    [row](std::string_view word) { return KeyMatches(word, row); });
+    const std::size_t length = RawKeyLength(row);
+    if (length >= kConfigTextSize) {
+        return {};
+    }
+    const auto found = std::find_if(words.begin(), words.end(), [&](std::string_view word) {
+        return KeyMatches(word, row.substr(0, length));
+    });
     return found != words.end() ? *found : std::string_view();
 }
 

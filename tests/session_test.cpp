@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -100,6 +101,30 @@ TEST_P(SessionTest, PrintsEveryByte) {
     console.CloseInput();
     EXPECT_EQ(Unescape(sections["output"]), console.ReadRest());
     EXPECT_EQ(0, console.Wait());
+}
+
+// What stands behind the prompts of the session in README.md is typed; what comes back must be the
+// session.
+TEST(ReadmeTest, ItsSessionIsARealOne) {
+    const std::string readme = ReadFile(SourcePath("README.md"));
+    const std::string open = "```session\n";
+    const std::size_t start = readme.find(open) + open.size();
+    const std::string session = readme.substr(start, readme.find("```", start) - start);
+    std::string keys;
+    std::istringstream rows(session);
+    for (std::string row; std::getline(rows, row);) {
+        const std::size_t prompt = row.find("TV $");
+        if (prompt != std::string::npos) {
+            keys += row.substr(prompt + 4) + "\n";
+        }
+    }
+    const ExampleRoot root;
+    const Service service;
+    Child console("ko_cmd_debug", {}, Child::Io::kPipes);
+    console.Type(keys);
+    std::string output = console.ReadRest();
+    output.erase(std::remove(output.begin(), output.end(), '\r'), output.end());
+    EXPECT_EQ(session, output.substr(output.find("TV $")));
 }
 
 INSTANTIATE_TEST_SUITE_P(Sessions, SessionTest, testing::ValuesIn(SessionFiles()),

@@ -47,19 +47,6 @@ TEST(EditorTest, KeysEditRecallAndEcho) {
     }
 }
 
-TEST(EditorTest, ListingsStandInRowsOfTenUnderTheirGroup) {
-    const std::string rule(34, '=');
-    EXPECT_EQ((EditorRun{{"TAB", "tun"},
-                         "tun\n" + rule + " all mods " + rule + "\ntuner\ttun\n" + rule +
-                             "tuner cmds" + rule + "\ntune\ntun\n\r"}),
-              Typed("tun\t\n"));
-    EXPECT_EQ((EditorRun{{"TAB"},
-                         "s\n" + rule + "tuner cmds" + rule +
-                             "\nscan\ts1\ts2\ts3\ts4\ts5\ts6\ts7\ts8\ts9\nsa b\ns"}),
-              Typed("s\t"));
-    EXPECT_EQ(Lines({"TAB", "v"}), Typed("v\t\n").lines);
-}
-
 TEST(EditorTest, TheLongestLineHas1023Bytes) {
     const std::string longest(1023, 'x');
     EXPECT_EQ(Lines({longest}), Typed(longest + "\n").lines);

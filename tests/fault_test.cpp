@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <cstdio>
 #include <filesystem>
 
 #include <gtest/gtest.h>
@@ -62,18 +61,6 @@ public:
 private:
     TvServicePage m_page;
 };
-
-// Runs a shell command line in which $KO is the console; returns what it prints.
-std::string Shell(const std::string& command) {
-    const std::string line = "KO='" KO_EMULATOR " " KO_BIN_DIR "/ko_cmd_debug'; " + command;
-    std::FILE* pipe = popen(line.c_str(), "r");
-    std::string text;
-    for (int byte = 0; (byte = std::fgetc(pipe)) != EOF;) {
-        text += static_cast<char>(byte);
-    }
-    pclose(pipe);
-    return text;
-}
 
 }  // namespace
 
@@ -134,64 +121,6 @@ TEST(PageFaultTest, APageCutWhileTheConsoleWaitsEndsTheWait) {
     service.TakeRequest();
     ASSERT_EQ(0, truncate(kTestPage, 0));
     EXPECT_EQ(kFailed, console.Answer("setvol 0 35"));
-}
-
-TEST(PageFaultTest, ThePathMayBeALinkButNothingElseThanAFile) {
-    const ExampleRoot root;
-    root.Write("elsewhere", "");
-    fs::create_symlink(fs::absolute("elsewhere"), kTestPage);
-    {
-        const Service service;
-        EXPECT_EQ(kVolume35, Console().Command("setvol 0 35"));
-    }
-    const auto start = [] { return Shell("printf 'q\\n' | $KO | tail -n 1"); };
-    fs::remove(kTestPage);
-    fs::create_symlink(".tv", kTestPage);
-    EXPECT_EQ("can't open swap file root/data/vendor/.tv, errno = 40\n", start());
-    fs::remove_all("root/data/vendor");
-    EXPECT_EQ("can't open swap file root/data/vendor/.tv, errno = 2\n", start());
-    root.Write("root/data/vendor", "");
-    EXPECT_EQ("can't open swap file root/data/vendor/.tv, errno = 20\n", start());
-}
-
-TEST(CatalogueFaultTest, AFileThatCannotBeReadIsReported) {
-    const TestRoot root;
-    root.WriteCommands("[x]\n");
-    // A regular file whose first byte cannot be read.
-    fs::create_symlink("/proc/self/mem", "root/vendor/etc/atv/dbg/mods.conf");
-    EXPECT_EQ("file path error or open file failure\nParseModules fail\n",
-              Shell("printf 'q\\n' | $KO | sed -n 2,3p"));
-}
-
-TEST(CatalogueFaultTest, HugeFilesLoad) {
-    const TestRoot root;
-    std::string commands;
-    for (int i = 0; i < 100'000; ++i) {
-        commands += "[t]\ncommand=c" + std::to_string(i) + "\nbelong module=m\n";
-    }
-    for (int i = 0; i < 10; ++i) {
-        commands.append(10'000'000, 'x');
-        commands += '\n';
-    }
-    commands += std::string(1000, '\0');
-    root.WriteModules("[m]\r\ncommand=m\r\ninstruction=1\r\n");
-    root.WriteCommands(commands);
-    EXPECT_EQ("100000\n", Shell("printf 'm\\nhelp\\nq\\nq\\n' | $KO | grep -c '^\tc[0-9]*\t\t$'"));
-}
-
-TEST(StreamFaultTest, TheConsoleEndsWhenItsStreamsDo) {
-    const ExampleRoot root;
-    // 124 would mean that it had to be stopped.
-    const char* const commands[] = {
-        "printf 'help\\nq\\n' | timeout 60 $KO >/dev/full",
-        "printf 'help\\nq\\n' | timeout 60 $KO >&-",
-        "timeout 60 $KO <&- >/dev/null",
-        "timeout 60 $KO </dev/null >&- 2>&-",
-    };
-    for (const char* command : commands) {
-        EXPECT_EQ("0\n", Shell(std::string(command) + "; echo $?")) << command;
-    }
-    EXPECT_EQ("x\n", Shell("yes help | timeout 60 $KO | head -n 3 >/dev/null; echo x"));
 }
 
 TEST(StreamFaultTest, AHangUpEndsTheConsole) {

@@ -83,21 +83,6 @@ TEST_F(ExchangeTest, AFullReplyIsReadToItsLastByte) {
               std::count(printed.begin(), printed.end(), '\n'));
 }
 
-TEST_F(ExchangeTest, AShortPageFailsTheExchangeWithoutASound) {
-    for (const int size : {0, 8, 4095}) {
-        ASSERT_EQ(0, truncate(kTestPage, size));
-        EXPECT_EQ(std::make_pair(-1, std::string()), Exchange()) << size;
-    }
-    ASSERT_EQ(0, truncate(kTestPage, kPageSize));
-    std::thread service([&] {
-        android::Parcel request;
-        ASSERT_TRUE(m_service.WaitRequest(std::chrono::seconds(60), request));
-        ASSERT_EQ(0, truncate(kTestPage, 0));
-    });
-    EXPECT_EQ(std::make_pair(-1, std::string()), Exchange());
-    service.join();
-}
-
 TEST_F(ExchangeTest, ARequestThatCannotBePostedFails) {
     android::Parcel empty;
     testing::internal::CaptureStdout();

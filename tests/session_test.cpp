@@ -20,28 +20,16 @@ namespace {
 using Sections = std::map<std::string, std::string>;
 
 std::string Unescape(const std::string& text) {
+    constexpr std::string_view kLetters = "rtb";
     std::string bytes;
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (text[i] != '\\') {
             bytes += text[i];
-            continue;
-        }
-        switch (text[++i]) {
-            case 'r':
-                bytes += '\r';
-                break;
-            case 't':
-                bytes += '\t';
-                break;
-            case 'b':
-                bytes += '\b';
-                break;
-            case 'x':
-                bytes += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));
-                i += 2;
-                break;
-            default:
-                break;
+        } else if (text[++i] == 'x') {
+            bytes += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));
+            i += 2;
+        } else if (kLetters.find(text[i]) != std::string_view::npos) {
+            bytes += "\r\t\b"[kLetters.find(text[i])];
         }
     }
     return bytes;
@@ -70,13 +58,22 @@ std::vector<std::string> Words(const std::string& text) {
 
 class SessionTest : public testing::TestWithParam<std::filesystem::path> {};
 
-std::vector<std::filesystem::path> SessionFiles() {
+std::vector<std::filesystem::path> FilesOf(const std::string& folder) {
     std::vector<std::filesystem::path> files;
-    for (const auto& entry : std::filesystem::directory_iterator(SourcePath("tests/sessions"))) {
+    for (const auto& entry : std::filesystem::directory_iterator(SourcePath(folder))) {
         files.push_back(entry.path());
     }
     return files;
 }
+
+std::string NameOf(const testing::TestParamInfo<std::filesystem::path>& file) {
+    return file.param.stem().string();
+}
+
+// Faults that a shell sets up best: each file of tests/shell is run where $KO is the console and
+// $SERVICE the service, beside the example catalogue, and ends with what it must print, as
+// comments.
+class ShellTest : public SessionTest {};
 
 }  // namespace
 
@@ -127,5 +124,23 @@ TEST(ReadmeTest, ItsSessionIsARealOne) {
     EXPECT_EQ(session, output.substr(output.find("TV $")));
 }
 
-INSTANTIATE_TEST_SUITE_P(Sessions, SessionTest, testing::ValuesIn(SessionFiles()),
-                         [](const auto& session) { return session.param.stem().string(); });
+TEST_P(ShellTest, PrintsWhatItExpects) {
+    const ExampleRoot root;
+    const std::string script = ReadFile(GetParam());
+    const std::string mark = "# expected:\n";
+    const std::string programs =
+        "KO='" KO_EMULATOR " " KO_BIN_DIR "/ko_cmd_debug'; SERVICE='" KO_EMULATOR " " KO_BIN_DIR
+        "/ko_tv_service'; ";
+    std::FILE* output = popen((programs + script).c_str(), "r");
+    std::string printed;
+    for (int byte = 0; (byte = std::fgetc(output)) != EOF;) {
+        printed += printed.empty() || printed.back() == '\n' ? "# " : "";
+        printed += static_cast<char>(byte);
+    }
+    pclose(output);
+    EXPECT_EQ(script.substr(script.find(mark) + mark.size()), printed);
+}
+
+INSTANTIATE_TEST_SUITE_P(Sessions, SessionTest, testing::ValuesIn(FilesOf("tests/sessions")),
+                         NameOf);
+INSTANTIATE_TEST_SUITE_P(Faults, ShellTest, testing::ValuesIn(FilesOf("tests/shell")), NameOf);

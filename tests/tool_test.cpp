@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <regex>
 #include <sstream>
@@ -21,36 +22,22 @@ constexpr std::chrono::seconds kPatience{60};
 
 using Words = std::vector<std::string>;
 
-// "\x1b" is that byte.
-std::string Unescape(const std::string& text) {
-    std::string bytes;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text.compare(i, 2, "\\x") == 0) {
-            bytes += static_cast<char>(std::stoi(text.substr(i + 2, 2), nullptr, 16));
-            i += 3;
-        } else {
-            bytes += text[i];
-        }
-    }
-    return bytes;
-}
-
-// "{a*300}" is 300 times "a", also over several rows; each "(n)" in it is its number.
-std::string Expand(const std::string& text) {
-    static const std::regex kRepeat("\\{([^*]+)\\*([0-9]+)\\}");
+// "\x1b" is that byte; "{a*300}" is 300 times "a", also over several rows, and each "(n)" in it is
+// its number.
+std::string Expand(std::string text) {
+    static const std::regex kMark("\\{([^*]+)\\*([0-9]+)\\}|\\\\x([0-9a-f]{2})");
+    static const std::regex kNumber("\\(n\\)");
     std::string expanded;
-    std::smatch match;
-    for (std::string rest = text;; rest = match.suffix()) {
-        if (!std::regex_search(rest, match, kRepeat)) {
-            return expanded + Unescape(rest);
+    for (std::smatch match; std::regex_search(text, match, kMark); text = match.suffix()) {
+        expanded += match.prefix();
+        if (match[3].matched) {
+            expanded += static_cast<char>(std::stoi(match[3], nullptr, 16));
         }
-        expanded += Unescape(match.prefix());
-        for (int n = 0; n < std::stoi(match[2]); ++n) {
-            const std::string piece =
-                std::regex_replace(match[1].str(), std::regex("\\(n\\)"), std::to_string(n));
-            expanded += Unescape(piece);
+        for (int n = 0; match[2].matched && n < std::stoi(match[2]); ++n) {
+            expanded += Expand(std::regex_replace(match[1].str(), kNumber, std::to_string(n)));
         }
     }
+    return expanded + text;
 }
 
 // "''" is an empty word.
@@ -63,8 +50,12 @@ Words SplitWords(const std::string& text) {
     return words;
 }
 
-// What the tool prints, standard error's rows behind "! ", and its exit status.
-std::string Transcript(Child& tool) {
+// What the tool prints, standard error's rows behind "! ", and its exit status; `serve` runs
+// beside it.
+std::string RunTool(
+    const Words& words, const std::function<void()>& serve = [] {}) {
+    Child tool("ko_cmd_tool", words, Child::Io::kErrorFile);
+    serve();
     std::string transcript = tool.ReadRest();
     const int status = tool.Wait();
     std::istringstream errors(ReadFile("stderr"));
@@ -74,39 +65,30 @@ std::string Transcript(Child& tool) {
     return transcript + "exit " + std::to_string(WEXITSTATUS(status)) + "\n";
 }
 
-std::string RunTool(const Words& words) {
-    Child tool("ko_cmd_tool", words, Child::Io::kErrorFile);
-    return Transcript(tool);
-}
-
 // The page of a service that the test plays itself, byte by byte.
 class PlayedPage {
 public:
     PlayedPage() {
         EXPECT_TRUE(TvServicePage().Open(kTestPage));
-        const UniqueFd file(open(kTestPage, O_RDWR | O_CLOEXEC));
-        m_mapping = PageMapping(file.Get());
+        m_mapping = PageMapping(UniqueFd(open(kTestPage, O_RDWR | O_CLOEXEC)).Get());
     }
 
-    SharePage& Page() const { return *m_mapping.Get(); }
-
-    // Waits for a request and returns the whole page's used bytes, header first.
+    // Waits for a request and returns the page's used bytes, header first.
     std::string TakeRequest() const {
         const auto end = std::chrono::steady_clock::now() + kPatience;
-        while ((LoadHeader(Page()).flags & kRequestPosted) == 0) {
+        while ((LoadHeader(*m_mapping.Get()).flags & kRequestPosted) == 0) {
             if (std::chrono::steady_clock::now() >= end) {
                 ADD_FAILURE() << "no request came";
                 return {};
             }
             std::this_thread::yield();
         }
-        const char* bytes = reinterpret_cast<const char*>(&Page());
-        return {bytes, kHeaderSize + LoadHeader(Page()).length};
+        return ReadFile(kTestPage).substr(0, kHeaderSize + LoadHeader(*m_mapping.Get()).length);
     }
 
     void Reply(const std::string& bytes, std::size_t length) const {
-        std::memcpy(Page().data, bytes.data(), bytes.size());
-        StoreHeader(Page(), kReplyReady, length);
+        std::memcpy(m_mapping.Get()->data, bytes.data(), bytes.size());
+        StoreHeader(*m_mapping.Get(), kReplyReady, length);
     }
 
 private:
@@ -123,18 +105,32 @@ std::vector<std::filesystem::path> CaseFiles() {
 
 class ToolCase : public testing::TestWithParam<std::filesystem::path> {};
 
-// One section of a case, begun by a row "--- TITLE": "mods.conf" and "cmds.conf" write a file;
-// "service OPTIONS" and "stop" start and end the stand-in; "$ WORDS" runs the tool, with what it
-// prints below. A case without files has the example catalogue.
+// One section of a case, begun by a row "--- TITLE": "service OPTIONS" and "stop" start and end the
+// stand-in; "$ WORDS" runs the tool, with what it prints below; "reply LENGTH WORDS" does so and
+// answers the request with the bytes in the last word, as a page of that length; "is FILE" gives
+// the bytes of a file; any other title writes that file. A case without files has the example
+// catalogue.
 void PlaySection(const TestRoot& root, std::unique_ptr<Service>& service, const std::string& title,
                  const std::string& body) {
-    if (title.rfind("$ ", 0) == 0) {
-        EXPECT_EQ(body, RunTool(SplitWords(title.substr(2)))) << title;
-    } else if (title.rfind("service", 0) == 0) {
+    const std::string kind = title.substr(0, title.find(' '));
+    Words words = SplitWords(title.substr(std::min(kind.size() + 1, title.size())));
+    if (kind == "$") {
+        EXPECT_EQ(body, RunTool(words)) << title;
+    } else if (kind == "reply") {
+        const PlayedPage page;
+        const Words call(words.begin() + 1, words.end() - 1);
+        const std::size_t length = std::stoul(words.front());
+        EXPECT_EQ(body, RunTool(call,
+                                [&] {
+                                    page.TakeRequest();
+                                    page.Reply(words.back(), length);
+                                }))
+            << title;
+    } else if (kind == "is") {
+        EXPECT_EQ(Expand(body), ReadFile(words.front()));
+    } else if (kind == "service" || kind == "stop") {
         service.reset();
-        service = std::make_unique<Service>(SplitWords(title.substr(7)));
-    } else if (title == "stop") {
-        service.reset();
+        service = kind == "stop" ? nullptr : std::make_unique<Service>(words);
     } else {
         root.Write(title, Expand(body));
     }
@@ -145,21 +141,18 @@ void PlaySection(const TestRoot& root, std::unique_ptr<Service>& service, const 
 TEST_P(ToolCase, PrintsWhatItSays) {
     const ExampleRoot root;
     std::unique_ptr<Service> service;
-    std::istringstream rows(ReadFile(GetParam()));
-    std::string title;
+    std::istringstream rows(ReadFile(GetParam()) + "--- stop\n--- stop\n");
+    std::string title = "stop";
     std::string body;
     for (std::string row; std::getline(rows, row);) {
-        if (row.rfind("--- ", 0) != 0) {
-            body += row + "\n";
-            continue;
-        }
-        if (!title.empty()) {
+        if (row.rfind("--- ", 0) == 0) {
             PlaySection(root, service, title, body);
+            title = row.substr(4);
+            body.clear();
+        } else {
+            body += row + "\n";
         }
-        title = row.substr(4);
-        body.clear();
     }
-    PlaySection(root, service, title, body);
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, ToolCase, testing::ValuesIn(CaseFiles()),
@@ -186,9 +179,9 @@ TEST(ToolEncode, ShowsTheBytesThatTheConsolePosts) {
         std::string fields;
         std::string header;
         for (std::sregex_iterator row(shown.begin(), shown.end(), kBytes), end; row != end; ++row) {
-            std::istringstream bytes((*row)[1]);
             fields += header;
             header.clear();
+            std::istringstream bytes((*row)[1]);
             for (int byte; bytes >> std::hex >> byte;) {
                 header += static_cast<char>(byte);
             }
@@ -197,100 +190,12 @@ TEST(ToolEncode, ShowsTheBytesThatTheConsolePosts) {
     }
 }
 
-// Replies that no healthy service sends, to a command with the print format "df".
-TEST(ToolCall, JudgesEveryReply) {
-    struct Case {
-        const char* bytes;   // as Unescape takes them
-        std::size_t length;  // in the header
-        const char* transcript;
-    };
-    const char* const kOk = "\\x00\\x00\\x00\\x00";
-    static const std::string kTwo = std::string(kOk) + "\\x05\\x00\\x00\\x00\\x00\\x00\\xc0\\x7f" +
-                                    "\\xff\\xff\\xff\\xff\\x00\\x00\\x80\\xff";
-    static const std::string kMisfit =
-        "! ko_cmd_tool: the reply is no whole number of records of the print format \"df\": ";
-    const std::vector<Case> cases = {
-        {kOk, 4, "exit 0\n"},
-        {kTwo.c_str(), 20,
-         "{\"band\":5,\"gain dB\":null}\n{\"band\":-1,\"gain dB\":null}\nexit 0\n"},
-        {"", 0, "! ko_cmd_tool: the reply is too short for a status: \nexit 6\n"},
-        {"ab", 2, "! ko_cmd_tool: the reply is too short for a status: 61 62\nexit 6\n"},
-        {kOk, 4089,
-         "! ko_cmd_tool: the page root/data/vendor/.tv holds a reply longer than itself\nexit 6\n"},
-        {kOk, 0xFFFFFFFF,
-         "! ko_cmd_tool: the page root/data/vendor/.tv holds a reply longer than itself\nexit 6\n"},
-        {kTwo.c_str(), 16, "00 00 00 00 05 00 00 00 00 00 c0 7f ff ff ff ff\nexit 6\n"},
-        {kTwo.c_str(), 14, "00 00 00 00 05 00 00 00 00 00 c0 7f ff ff\nexit 6\n"},
-        {"\\xfe\\xff\\xff\\xff", 4,
-         "! ko_cmd_tool: the service refused: status -2 (0xfffffffe)\nexit 5\n"},
-    };
+TEST(ToolCall, SeesThatThePageWasCut) {
     const ExampleRoot root;
     const PlayedPage page;
-    for (const Case& reply : cases) {
-        StoreHeader(page.Page(), 0, 0);
-        Child tool("ko_cmd_tool", {"call", "--json", "aud", "eq", "3", "-1.5"},
-                   Child::Io::kErrorFile);
-        page.TakeRequest();
-        page.Reply(Unescape(reply.bytes), reply.length);
-        const bool misfit = *reply.transcript == '0';
-        EXPECT_EQ((misfit ? kMisfit : "") + reply.transcript, Transcript(tool));
-    }
-}
-
-// A command without a print format has no records to find in what stands behind the status.
-TEST(ToolCall, WantsNoValuesWithoutAPrintFormat) {
-    const ExampleRoot root;
-    const PlayedPage page;
-    Child tool("ko_cmd_tool", {"call", "scan", "stop"}, Child::Io::kErrorFile);
-    page.TakeRequest();
-    page.Reply(std::string(8, '\0'), 8);
-    EXPECT_EQ(
-        "! ko_cmd_tool: the reply is no whole number of records of the print format \"\": 00 00 00 "
-        "00 00 00 00 00\nexit 6\n",
-        Transcript(tool));
-}
-
-TEST(ToolCall, NeedsAWholePage) {
-    const std::string kPage = "! ko_cmd_tool: the page root/data/vendor/.tv ";
-    const ExampleRoot root;
-    root.Write(kTestPage, std::string(kPageSize - 1, '\0'));
-    EXPECT_EQ(kPage + "has less than 4096 bytes or cannot be read\nexit 6\n",
-              RunTool({"call", "tun", "lock"}));
-    EXPECT_EQ(std::string(kPageSize - 1, '\0'), ReadFile(kTestPage));
-
-    std::filesystem::remove(kTestPage);
-    EXPECT_EQ(kPage + "cannot be used: No such file or directory\nexit 6\n",
-              RunTool({"call", "tun", "lock"}));
-    EXPECT_FALSE(std::filesystem::exists(kTestPage));
-
-    const PlayedPage page;
-    Child tool("ko_cmd_tool", {"call", "tun", "lock"}, Child::Io::kErrorFile);
-    page.TakeRequest();
-    std::filesystem::resize_file(kTestPage, 0);
-    EXPECT_EQ(kPage + "cannot be read any more\nexit 6\n", Transcript(tool));
-}
-
-// The reply of an earlier exchange is overwritten; a request that waits is not.
-TEST(ToolCall, PostsOverARequestOnlyWhenForced) {
-    const ExampleRoot root;
-    const PlayedPage page;
-    StoreHeader(page.Page(), kRequestPosted, 77);
-    EXPECT_EQ(
-        "! ko_cmd_tool: the page root/data/vendor/.tv holds somebody else's unanswered request; "
-        "--force posts over it\nexit 6\n",
-        RunTool({"call", "tun", "lock"}));
-    EXPECT_EQ(77U, LoadHeader(page.Page()).length);
-
-    for (const Words& words : {Words{"call", "--force", "--timeout", "30", "tun", "lock"},
-                               Words{"call", "--timeout", "30", "tun", "lock"}}) {
-        const bool forced = words[1] == "--force";
-        EXPECT_EQ(std::string(forced ? "! ko_cmd_tool: the page root/data/vendor/.tv held somebody "
-                                       "else's unanswered request\n"
-                                     : "") +
-                      "! ko_cmd_tool: no answer within 30 ms; the request stays in the page\n"
-                      "exit 4\n",
-                  RunTool(words));
-        EXPECT_EQ(4U, LoadHeader(page.Page()).length);
-        StoreHeader(page.Page(), kRequestPosted | kReplyReady, 77);
-    }
+    EXPECT_EQ("! ko_cmd_tool: the page root/data/vendor/.tv cannot be read any more\nexit 6\n",
+              RunTool({"call", "tun", "lock"}, [&] {
+                  page.TakeRequest();
+                  std::filesystem::resize_file(kTestPage, 0);
+              }));
 }

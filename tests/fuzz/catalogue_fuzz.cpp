@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "catalogue/ko_file_parse.h"
 #include "catalogue/row_grammar.h"
 #include "tests/fuzz/fuzz_input.h"
@@ -5,30 +7,21 @@
 
 namespace {
 
-void Load(KoFileParse& catalogue, const MemoryFile& file, int (KoFileParse::*readBlocks)(KoFile*)) {
-    KoFile reader;
-    reader.Init(file.Path(), "r");
-    Require((catalogue.*readBlocks)(&reader) == 0, "every file is read to its end");
-}
-
 void CheckText(const std::string& text) {
-    Require(text.size() < kConfigTextSize && text == TrimConfigText(text),
-            "texts are short and trimmed");
+    Require(text.size() < kConfigTextSize && text == TrimConfigText(text), "a trimmed text");
 }
 
-void CheckCommands(const KoFileParse& catalogue, std::int32_t module) {
-    std::string before;
-    bool first = true;
-    for (const std::string& word : catalogue.GetModHoldCmds(module)) {
-        Require(first || before < word, "command words come in order, each once");
-        first = false;
-        before = word;
+void CheckCommands(const KoFileParse& c, std::int32_t module) {
+    const auto words = c.GetModHoldCmds(module);
+    Require(std::adjacent_find(words.begin(), words.end(), std::greater_equal<>()) == words.end(),
+            "command words come in order, each once");
+    for (const std::string& word : words) {
         CheckText(word);
-        CheckText(catalogue.GetCmdParaFmt(module, word));
-        CheckText(catalogue.GetCmdPrintFmt(module, word));
-        CheckText(catalogue.GetCmdDescrip(module, word));
-        catalogue.GetCmdInstruct(module, word);
-        for (const std::string& tag : catalogue.GetCmdPrintTags(module, word)) {
+        CheckText(c.GetCmdParaFmt(module, word));
+        CheckText(c.GetCmdPrintFmt(module, word));
+        CheckText(c.GetCmdDescrip(module, word));
+        c.GetCmdInstruct(module, word);
+        for (const std::string& tag : c.GetCmdPrintTags(module, word)) {
             Require(tag.find(',') == std::string::npos, "tags are split");
         }
     }
@@ -37,25 +30,24 @@ void CheckCommands(const KoFileParse& catalogue, std::int32_t module) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const MemoryFile modules;
-    static const MemoryFile commands;
-    const auto parts = SplitInput(data, size, 2);
-    modules.Write(parts[0]);
-    commands.Write(parts[1]);
-    KoFileParse catalogue;
-    Load(catalogue, modules, &KoFileParse::ParseModulePtr);
-    Load(catalogue, commands, &KoFileParse::ParseCmdPtr);
-    Require(catalogue.GetModNames().size() == catalogue.GetModCmds().size(),
-            "a word for each module");
-    for (const std::string& name : catalogue.GetModNames()) {
-        const std::int32_t module = catalogue.GetModInstruct(name);
-        Require(catalogue.AllCmds().count(static_cast<unsigned int>(module)) == 1,
-                "a table for each module");
-        Require(module != -1 || catalogue.GetModHoldCmds(module).size() == 0,
-                "no commands without a number");
-        CheckText(catalogue.GetModToCmd(name));
-        CheckText(catalogue.GetModDescrip(name));
-        CheckCommands(catalogue, module);
+    static const MemoryFile file;
+    KoFileParse c;
+    auto read = &KoFileParse::ParseModulePtr;
+    for (const std::string& part : SplitInput(data, size, 2)) {
+        file.Write(part);
+        KoFile reader;
+        reader.Init(file.Path(), "r");
+        Require((c.*read)(&reader) == 0, "every file is read to its end");
+        read = &KoFileParse::ParseCmdPtr;
+    }
+    Require(c.GetModNames().size() == c.GetModCmds().size(), "a word each");
+    for (const std::string& name : c.GetModNames()) {
+        const std::int32_t module = c.GetModInstruct(name);
+        Require(c.AllCmds().count(static_cast<unsigned>(module)) == 1, "a table");
+        Require(module != -1 || c.GetModHoldCmds(module).size() == 0, "no number, none");
+        CheckText(c.GetModToCmd(name));
+        CheckText(c.GetModDescrip(name));
+        CheckCommands(c, module);
     }
     return 0;
 }

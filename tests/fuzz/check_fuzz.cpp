@@ -1,9 +1,8 @@
 #include <algorithm>
 #include <cstdlib>
-#include <map>
+#include <set>
 #include <sstream>
 
-#include "catalogue/ko_file_parse.h"
 #include "tests/fuzz/fuzz_input.h"
 #include "tests/fuzz/memory_file.h"
 #include "tools/check.h"
@@ -14,112 +13,85 @@
 
 namespace {
 
-struct ShownBlock {
-    std::string name;
-    std::map<std::string, std::string> keys;
-};
+using Block = std::set<std::string>;  // its title and "key=value", numbers decimal
 
-std::string Trim(const std::string& text) {
-    const std::size_t first = text.find_first_not_of(" \t\v\f\r");
-    return first == std::string::npos
-               ? ""
-               : text.substr(first, text.find_last_not_of(" \t\v\f\r") - first + 1);
+std::string Trim(std::string text) {
+    text.erase(text.find_last_not_of(" \t\v\f\r") + 1);
+    return text.erase(0, text.find_first_not_of(" \t\v\f\r"));
 }
 
-std::vector<ShownBlock> Show(const std::string& text) {
-    std::vector<ShownBlock> blocks(1);  // the first takes what stands before any title
+// A person takes no shortened key for one.
+std::vector<Block> Show(const std::string& text) {
+    static const Block kKeys = {"command",      "instruction", "belong module", "para format",
+                                "print format", "print tags",  "description"};
+    std::vector<Block> blocks;
     std::istringstream rows(text);
     for (std::string row; std::getline(rows, row);) {
-        const std::string shown = Trim(row);
-        const std::size_t equals = shown.find('=');
-        if (shown.size() > 1 && shown.front() == '[' && shown.back() == ']') {
-            blocks.push_back({shown.substr(1, shown.size() - 2), {}});
+        row = Trim(row);
+        const std::size_t equals = row.find('=');
+        if (row.size() > 1 && row.front() == '[' && row.back() == ']') {
+            blocks.push_back({row});
         } else if (equals != std::string::npos) {
-            blocks.back().keys[Trim(shown.substr(0, equals))] = Trim(shown.substr(equals + 1));
+            Require(!blocks.empty(), "no key stands alone");
+            const std::string key = Trim(row.substr(0, equals));
+            std::string value = Trim(row.substr(equals + 1));
+            if (key == "instruction") {
+                value = std::to_string(std::strtoll(value.c_str(), nullptr, 16));
+            }
+            if (kKeys.count(key) == 1) {
+                blocks.back().insert(key + "=" + value);
+            }
         }
     }
     return blocks;
 }
 
-bool HasErrors(const CataloguePaths& paths) {
-    const std::vector<Finding> findings = CheckCatalogue(paths);
-    return std::any_of(findings.begin(), findings.end(),
-                       [](const Finding& finding) { return finding.severity == Severity::kError; });
-}
-
-// True when the key is not shown, or shown with the value that the console has.
-bool Arrived(const ShownBlock& block, const char* key, const std::string& value) {
-    const auto shown = block.keys.find(key);
-    return shown == block.keys.end() || shown->second == value;
-}
-
-bool NumberArrived(const ShownBlock& block, std::int32_t number) {
-    const auto shown = block.keys.find("instruction");
-    return shown == block.keys.end() || std::strtoll(shown->second.c_str(), nullptr, 16) == number;
-}
-
-std::string Joined(const Array<std::string>& tags) {
-    std::string text;
-    for (const std::string& tag : tags) {
-        text += (&tag == &*tags.begin() ? "" : ",") + tag;
+void RequireAll(const std::vector<Block>& shown, const std::vector<Block>& had) {
+    for (const Block& block : shown) {
+        const auto holds = [&block](const Block& whole) {
+            return std::includes(whole.begin(), whole.end(), block.begin(), block.end());
+        };
+        Require(std::any_of(had.begin(), had.end(), holds), "a block is whole");
     }
-    return text;
-}
-
-void CheckModule(const KoFileParse& catalogue, const ShownBlock& block) {
-    const Array<std::string> names = catalogue.GetModNames();
-    Require(std::find(names.begin(), names.end(), block.name) != names.end(), "a module is there");
-    Require(Arrived(block, "command", catalogue.GetModToCmd(block.name)) &&
-                Arrived(block, "description", catalogue.GetModDescrip(block.name)) &&
-                NumberArrived(block, catalogue.GetModInstruct(block.name)),
-            "a module is whole");
-}
-
-void CheckCommand(const KoFileParse& catalogue, const ShownBlock& block) {
-    const auto shown = [&block](const char* key) {
-        const auto found = block.keys.find(key);
-        return found != block.keys.end() ? found->second : std::string();
-    };
-    const std::int32_t module = catalogue.GetModInstruct(shown("belong module"));
-    const std::string word = shown("command");
-    const Array<std::string> words = catalogue.GetModHoldCmds(module);
-    if (word.empty() || shown("belong module").empty()) {
-        return;  // written with a shortened key, which a person does not take for one
-    }
-    Require(std::find(words.begin(), words.end(), word) != words.end(), "a command is there");
-    Require(Arrived(block, "para format", catalogue.GetCmdParaFmt(module, word)) &&
-                Arrived(block, "print format", catalogue.GetCmdPrintFmt(module, word)) &&
-                Arrived(block, "print tags", Joined(catalogue.GetCmdPrintTags(module, word))) &&
-                Arrived(block, "description", catalogue.GetCmdDescrip(module, word)) &&
-                NumberArrived(block, catalogue.GetCmdInstruct(module, word)),
-            "a command is whole");
 }
 
 }  // namespace
 
 // Parts: modules file, commands file.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const MemoryFile modules;
-    static const MemoryFile commands;
+    static const MemoryFile files[2];
     const auto parts = SplitInput(data, size, 2);
-    modules.Write(parts[0]);
-    commands.Write(parts[1]);
-    if (HasErrors({modules.Path(), commands.Path()})) {
+    files[0].Write(parts[0]);
+    files[1].Write(parts[1]);
+    const CataloguePaths paths = {files[0].Path(), files[1].Path()};
+    const auto findings = CheckCatalogue(paths);
+    const auto isError = [](const Finding& f) { return f.severity == Severity::kError; };
+    if (std::any_of(findings.begin(), findings.end(), isError)) {
         return 0;
     }
-    KoFileParse catalogue;
-    KoFile reader;
-    reader.Init(modules.Path(), "r");
-    catalogue.ParseModulePtr(&reader);
-    reader.Init(commands.Path(), "r");
-    catalogue.ParseCmdPtr(&reader);
-    const std::vector<ShownBlock> shownModules = Show(parts[0]);
-    const std::vector<ShownBlock> shownCommands = Show(parts[1]);
-    Require(shownModules.front().keys.empty() && shownCommands.front().keys.empty(),
-            "no key stands alone");
-    std::for_each(shownModules.begin() + 1, shownModules.end(),
-                  [&](const ShownBlock& block) { CheckModule(catalogue, block); });
-    std::for_each(shownCommands.begin() + 1, shownCommands.end(),
-                  [&](const ShownBlock& block) { CheckCommand(catalogue, block); });
+    KoFileParse c;
+    Require(LoadCatalogue(paths, c), "the console loads it");
+    std::vector<Block> modules;
+    for (const std::string& name : c.GetModNames()) {
+        modules.push_back({"[" + name + "]", "command=" + c.GetModToCmd(name),
+                           "description=" + c.GetModDescrip(name),
+                           "instruction=" + std::to_string(c.GetModInstruct(name))});
+    }
+    RequireAll(Show(parts[0]), modules);
+    std::vector<Block> commands;
+    for (const auto& [number, table] : c.AllCmds()) {
+        for (const auto& [word, cmd] : table) {
+            std::string tags;
+            for (const std::string& tag : cmd.m_printTags) {
+                tags += (tags.empty() ? "print tags=" : ",") + tag;
+            }
+            commands.push_back(
+                {"[" + cmd.m_strName + "]", "command=" + word, tags,
+                 "belong module=" + cmd.m_strBelongMod, "para format=" + cmd.m_strParaFmt,
+                 "print format=" + cmd.m_strPrintFmt, "description=" + cmd.m_strDescrip,
+                 "instruction=" + std::to_string(cmd.m_instruct)});
+        }
+    }
+    RequireAll(Show(parts[1]), commands);
     return 0;
 }

@@ -1,61 +1,66 @@
+#include <fcntl.h>
+
 #include <atomic>
 #include <thread>
 
+#include "platform/unique_fd.h"
 #include "printer/printer.h"
+#include "request/page_mapping.h"
 #include "request/share_page_client.h"
 #include "tests/fuzz/fuzz_input.h"
+#include "tests/fuzz/memory_file.h"
 
 namespace {
 
-// Writes two versions of a page over each other, byte by byte, as long as it lives.
-class Scribbler {
-public:
-    Scribbler(SharePage& page, const std::vector<std::string>& versions)
-        : m_thread([this, &page, versions] {
-              auto* bytes = reinterpret_cast<volatile std::uint8_t*>(&page);
-              do {
-                  for (const std::string& version : versions) {
-                      for (std::size_t i = 0; i < version.size() && i < kPageSize; ++i) {
-                          bytes[i] = static_cast<std::uint8_t>(version[i]);
-                      }
-                  }
-              } while (!m_stop);
-          }) {}
-    ~Scribbler() {
-        m_stop = true;
-        m_thread.join();
-    }
-    Scribbler(const Scribbler&) = delete;
-    Scribbler& operator=(const Scribbler&) = delete;
+// A mapping of the one page, as each process has its own.
+PageMapping MapPage() {
+    static const MemoryFile file;
+    file.Write(std::string(kPageSize, '\0'));
+    return PageMapping(UniqueFd(open(file.Path().c_str(), O_RDWR)).Get());
+}
 
-private:
-    std::atomic<bool> m_stop{false};
-    std::thread m_thread;
-};
+// Writes versions of the page over each other, byte by byte, until told to stop.
+void Scribble(SharePage& page, const std::vector<std::string>& versions,
+              const std::atomic<bool>& stop) {
+    auto* bytes = reinterpret_cast<volatile std::uint8_t*>(&page);
+    do {
+        for (const std::string& version : versions) {
+            for (std::size_t i = 0; i < version.size() && i < kPageSize; ++i) {
+                bytes[i] = static_cast<std::uint8_t>(version[i]);
+            }
+        }
+    } while (!stop);
+}
+
+void Exchange(SharePage& page, const std::string& format) {
+    SharePageClient client(&page, "", std::chrono::nanoseconds(0));
+    const std::uint8_t request[4] = {};
+    Require(client.Post(request, sizeof(request)), "a page that is there takes a request");
+    android::Parcel reply;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::microseconds(200);
+    if (client.Wait(deadline) != SharePageClient::State::kReady || !client.TakeReply(reply)) {
+        return;
+    }
+    Require(reply.dataSize() <= kDataCapacity, "a reply fits the page");
+    reply.readInt32();
+    Array<std::string> tags;
+    tags.m_list.assign(format.size(), "tag");
+    Printer printer(reply);
+    printer.Fmt(format.c_str(), tags);
+    printer.Flush();
+}
 
 }  // namespace
 
 // Parts: print format, one version of the page, another one.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static SharePage page;
+    static const PageMapping console = MapPage();
+    static const PageMapping service = MapPage();
     const auto parts = SplitInput(data, size, 3);
-    Array<std::string> tags;
-    for (std::size_t i = 0; i < parts[0].size(); ++i) {
-        tags.push_back("tag");
-    }
-    SharePageClient client(&page, "", std::chrono::nanoseconds(0));
-    const std::uint8_t request[4] = {};
-    const Scribbler scribbler(page, {parts[1], parts[2]});
-    Require(client.Post(request, sizeof(request)), "a page that is there takes a request");
-    android::Parcel reply;
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::microseconds(200);
-    if (client.Wait(deadline) != SharePageClient::State::kReady || !client.TakeReply(reply)) {
-        return 0;
-    }
-    Require(reply.dataSize() <= kDataCapacity, "a reply fits the page");
-    reply.readInt32();
-    Printer printer(reply);
-    printer.Fmt(parts[0].c_str(), tags);
-    printer.Flush();
+    std::atomic<bool> stop{false};
+    std::thread scribbler([&] { Scribble(*service.Get(), {parts[1], parts[2]}, stop); });
+    Exchange(*console.Get(), parts[0]);
+    stop = true;
+    scribbler.join();
     return 0;
 }

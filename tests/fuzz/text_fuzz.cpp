@@ -1,3 +1,5 @@
+#include <iconv.h>
+
 #include <cstring>
 
 #include "platform/string16.h"
@@ -5,51 +7,42 @@
 
 namespace {
 
-// Well-formed by the shortest-form rule, told independently of the decoder under test: the code
-// point is put together without any table, and its length and range are looked at afterwards.
-bool IsUtf8(const std::string& text) {
-    for (std::size_t i = 0; i < text.size();) {
-        const auto lead = static_cast<unsigned char>(text[i]);
-        const std::size_t length = lead < 0x80       ? 1
-                                   : lead >> 5 == 6  ? 2
-                                   : lead >> 4 == 14 ? 3
-                                   : lead >> 3 == 30 ? 4
-                                                     : 0;
-        if (length == 0 || length > text.size() - i) {
-            return false;
-        }
-        std::uint32_t point = length == 1 ? lead : lead & (0xFFU >> (length + 1));
-        for (std::size_t k = 1; k < length; ++k) {
-            const auto next = static_cast<unsigned char>(text[i + k]);
-            if (next >> 6 != 2) {
-                return false;
-            }
-            point = point << 6 | (next & 0x3FU);
-        }
-        const std::size_t shortest = point < 0x80 ? 1 : point < 0x800 ? 2 : point < 0x10000 ? 3 : 4;
-        if (shortest != length || point > 0x10FFFF || (point >= 0xD800 && point < 0xE000)) {
-            return false;
-        }
-        i += length;
-    }
-    return true;
+// What the C library makes of the text: the judge of what is well-formed, and of the units.
+bool Convert(const std::string& text, std::u16string& units) {
+    static const iconv_t converter = iconv_open("UTF-16LE", "UTF-8");
+    std::string input = text;
+    units.resize(text.size());
+    char* in = input.data();
+    char* out = reinterpret_cast<char*>(units.data());
+    std::size_t inLeft = input.size();
+    std::size_t outLeft = units.size() * sizeof(char16_t);
+    iconv(converter, nullptr, nullptr, nullptr, nullptr);
+    const bool good =
+        iconv(converter, &in, &inLeft, &out, &outLeft) != static_cast<std::size_t>(-1);
+    units.resize(units.size() - outLeft / sizeof(char16_t));
+    return good;
+}
+
+std::string Narrow(const android::String16& wide) {
+    const android::String8 narrow(wide);
+    return {narrow.string(), narrow.size()};
 }
 
 }  // namespace
 
-// Parts: the input is taken once as UTF-8 and once as UTF-16 units.
+// The input is taken once as UTF-8 and once as UTF-16 units.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string text(reinterpret_cast<const char*>(data), size);
     const android::String16 wide(text.data(), text.size());
-    const android::String8 back(wide);
-    const std::string result(back.string(), back.size());
-    Require(IsUtf8(result), "text comes out well-formed");
-    Require(!IsUtf8(text) || result == text, "well-formed text comes back as it was");
-
-    std::u16string units(size / 2, u'\0');
-    std::memcpy(units.data(), data, units.size() * sizeof(char16_t));
-    const android::String8 narrow{android::String16(units)};
-    Require(IsUtf8(std::string(narrow.string(), narrow.size())),
-            "units come out as well-formed text");
+    const std::string back = Narrow(wide);
+    std::u16string units;
+    Require(Convert(back, units), "text comes out well-formed");
+    if (Convert(text, units)) {
+        Require(back == text && units == std::u16string(wide.string(), wide.size()),
+                "well-formed text is kept");
+    }
+    std::u16string raw(size / 2, u'\0');
+    std::memcpy(raw.data(), data, raw.size() * sizeof(char16_t));
+    Require(Convert(Narrow(android::String16(raw)), units), "units come out as well-formed text");
     return 0;
 }

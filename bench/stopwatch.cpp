@@ -29,8 +29,8 @@ void ReadPrompt(int terminal) {
 
 }  // namespace
 
-// Prints the microseconds from the start of a program on a terminal of its own to its prompt; with -help, from the
-// key that ends "help" in its module m0 to the prompt behind the listing.
+// Prints the microseconds from the start of a program on a terminal of its own to its prompt; with
+// -help, from the key that ends "help" in its module m0 to the prompt behind the listing.
 int main(int argc, char** argv) {
     const bool help = argc > 2 && std::strcmp(argv[1], "-help") == 0;
     termios raw = {};

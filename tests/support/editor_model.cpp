@@ -15,44 +15,27 @@ public:
     explicit Model(const std::vector<WordGroup>& groups) : m_groups(groups) {}
 
     EditorRun Run(std::string_view keys) {
-        for (const char key : keys) {
-            if (m_ended) {
-                break;
-            }
-            Take(key);
+        for (std::size_t i = 0; i < keys.size() && !m_ended; ++i) {
+            Take(keys[i]);
         }
         return m_run;
     }
 
 private:
     void Take(char key) {
-        switch (key) {
-            case '\b':
-                Erase();
-                break;
-            case '\t':
-                Complete();
-                break;
-            case '\n':
-                Accept();
-                break;
-            case 'A':
-                Recall(m_cursor == 0 ? kNone : m_cursor - 1);
-                break;
-            case 'B':
-                if (m_cursor < m_history.size()) {
-                    ++m_cursor;
-                    Recall(m_cursor < m_history.size() ? m_cursor : kNone);
-                }
-                break;
-            case 27:
-            case '[':
-            case 'C':
-            case 'D':
-                break;
-            default:
-                m_run.output += key;
-                m_line += key;
+        if (key == '\b') {
+            Erase();
+        } else if (key == '\t') {
+            Complete();
+        } else if (key == '\n') {
+            Accept();
+        } else if (key == 'A' && m_cursor > 0) {
+            Recall(--m_cursor);
+        } else if (key == 'B' && m_cursor < m_history.size()) {
+            Recall(++m_cursor);
+        } else if (std::string_view("\x1b[ABCD").find(key) == std::string_view::npos) {
+            m_run.output += key;
+            m_line += key;
         }
     }
 
@@ -64,15 +47,13 @@ private:
     }
 
     void Recall(std::size_t entry) {
-        if (entry == kNone) {
-            return;
+        if (entry < m_history.size()) {
+            while (!m_line.empty()) {
+                Erase();
+            }
+            m_line = m_history[entry];
+            m_run.output += m_line.c_str();
         }
-        m_cursor = entry;
-        while (!m_line.empty()) {
-            Erase();
-        }
-        m_line = m_history[entry];
-        m_run.output += m_line.c_str();
     }
 
     void Accept() {
@@ -122,8 +103,6 @@ private:
             m_run.lines.emplace_back("TAB");
         }
     }
-
-    static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
     const std::vector<WordGroup>& m_groups;
     std::vector<std::string> m_history;

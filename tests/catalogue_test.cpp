@@ -3,7 +3,7 @@
 #include "catalogue/ko_file_parse.h"
 #include "tests/support/test_root.h"
 
-// What rows and blocks become stands in tests/check/rows_*.case; here is what no catalogue shows.
+// What rows and blocks become stands in cases/tool/rows_*.case; here is what no catalogue shows.
 
 using Words = std::vector<std::string>;
 

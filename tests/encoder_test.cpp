@@ -2,7 +2,7 @@
 
 #include "console/ko_cmd_debug.h"
 
-// What the encoder makes of typed words stands in sessions/arguments.session.
+// What the encoder makes of typed words stands in cases/console/arguments.case.
 
 TEST(EncoderTest, AFailedWriteFailsTheCommandOnce) {
     const std::vector<std::uint8_t> full(android::Parcel::kMaxSize);

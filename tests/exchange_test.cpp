@@ -1,13 +1,16 @@
 #include <thread>
 
-#include "request/share_page_client.h"
-#include "tests/support/page_test_base.h"
+#include <gtest/gtest.h>
 
-using ExchangeStressTest = PageTestBase;
+#include "request/share_page_client.h"
+#include "tests/support/played_page.h"
+#include "tests/support/test_root.h"
 
 // Each side checks that it reads exactly what the other wrote, with lengths and bytes that change
 // each time.
-TEST_F(ExchangeStressTest, AMillionExchangesMixNothing) {
+TEST(ExchangeStressTest, AMillionExchangesMixNothing) {
+    const TestRoot root;
+    PlayedPage page;
     constexpr std::uint32_t kExchanges = KO_EXCHANGES;
     const auto message = [](std::uint32_t number) {
         std::vector<std::uint8_t> bytes(1 + (number * 7919U) % 97U,
@@ -22,15 +25,15 @@ TEST_F(ExchangeStressTest, AMillionExchangesMixNothing) {
     std::thread service([&] {
         for (std::uint32_t i = 0; i < kExchanges; ++i) {
             android::Parcel request;
-            ASSERT_TRUE(m_service.WaitRequest(std::chrono::seconds(60), request));
+            ASSERT_TRUE(page.Service().WaitRequest(std::chrono::seconds(60), request));
             ASSERT_TRUE(equal(request, message(2 * i))) << i;
             android::Parcel reply;
             const auto bytes = message(2 * i + 1);
             reply.setData(bytes.data(), bytes.size());
-            ASSERT_TRUE(m_service.PostReply(reply));
+            ASSERT_TRUE(page.Service().PostReply(reply));
         }
     });
-    SharePageClient client(m_mapping.Get(), kTestPage, std::chrono::nanoseconds(0));
+    SharePageClient client(page.Get(), kTestPage, std::chrono::nanoseconds(0));
     for (std::uint32_t i = 0; i < kExchanges; ++i) {
         const auto bytes = message(2 * i);
         ASSERT_TRUE(client.Post(bytes.data(), bytes.size()));

@@ -1,4 +1,3 @@
-#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -7,9 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include "request/page_mapping.h"
-#include "service/tv_service_page.h"
 #include "tests/support/child.h"
+#include "tests/support/played_page.h"
 #include "tests/support/test_root.h"
 
 namespace {
@@ -43,45 +41,21 @@ public:
 const std::string kVolume35 = std::string(kRule) + "output:0\tvolume:35\t\n" + kRule;
 constexpr char kFailed[] = "call failed\n";
 
-// The service's half in the hands of the test, to stop in the middle of its work.
-class DyingService {
-public:
-    DyingService() { EXPECT_TRUE(m_page.Open(kTestPage)); }
-
-    void TakeRequest() {
-        android::Parcel request;
-        EXPECT_TRUE(m_page.WaitRequest(std::chrono::seconds(60), request));
-    }
-
-    static void WriteHalfAReply() {
-        const PageMapping page(UniqueFd(open(kTestPage, O_RDWR)).Get());
-        std::fill(page.Get()->data, page.Get()->data + 6, std::uint8_t{0x55});
-    }
-
-private:
-    TvServicePage m_page;
-};
-
 }  // namespace
 
 TEST(ServiceFaultTest, AServiceThatDiesAndComesBackAnswersWhole) {
     const ExampleRoot root;
+    PlayedPage dying;
     Console console;
-    {
-        DyingService before;
-        console.Type("setvol 0 35\n");
-        before.TakeRequest();
-    }
+    console.Type("setvol 0 35\n");
+    dying.TakeRequest();
     {
         const Service back;
         EXPECT_EQ(kVolume35, console.Answer("setvol 0 35"));
     }
-    {
-        DyingService during;
-        console.Type("mute 1\n");
-        during.TakeRequest();
-        DyingService::WriteHalfAReply();
-    }
+    console.Type("mute 1\n");
+    dying.TakeRequest();
+    dying.Scribble("UUUUUU");
     {
         // What the dead service wrote over the request leaves it without meaning: a refusal, no
         // mixture.
@@ -113,16 +87,6 @@ TEST(PageFaultTest, APageThatCannotHoldAnExchangeFailsTheCall) {
     EXPECT_EQ(kVolume35, console.Command("setvol 0 35")) << "the name is gone, the page is not";
 }
 
-TEST(PageFaultTest, APageCutWhileTheConsoleWaitsEndsTheWait) {
-    const ExampleRoot root;
-    DyingService service;
-    Console console;
-    console.Type("setvol 0 35\n");
-    service.TakeRequest();
-    ASSERT_EQ(0, truncate(kTestPage, 0));
-    EXPECT_EQ(kFailed, console.Answer("setvol 0 35"));
-}
-
 TEST(StreamFaultTest, AHangUpEndsTheConsole) {
     const ExampleRoot root;
     for (const bool ignored : {false, true}) {
@@ -135,18 +99,4 @@ TEST(StreamFaultTest, AHangUpEndsTheConsole) {
         EXPECT_EQ(!ignored, WIFSIGNALED(status) && WTERMSIG(status) == SIGHUP) << status;
         EXPECT_EQ(ignored, WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
     }
-}
-
-TEST(StreamFaultTest, TheInterruptKeyEndsALongReplyThatNobodyReads) {
-    const ExampleRoot root;
-    const Service service({"--records", "1000"});
-    Child console("ko_cmd_debug", {}, Child::Io::kTerminal);
-    console.ReadUntil("TV $");
-    console.Type("aud\ndec\n");
-    console.ReadUntil(kRule);
-    for (int i = 0; i < 20; ++i) {
-        console.Type("dec\n");
-    }
-    console.Type("\x03");
-    EXPECT_TRUE(WIFSIGNALED(console.Wait()));
 }

@@ -22,7 +22,10 @@ constexpr int kPatienceMs = 60'000;
 void Exec(const std::string& program, const std::vector<std::string>& arguments) {
     std::istringstream emulator(KO_EMULATOR);
     std::vector<std::string> words{std::istream_iterator<std::string>(emulator), {}};
-    words.push_back(std::string(KO_BIN_DIR "/") + program);
+    words.push_back(KO_BIN_DIR "/" + program);
+    if (program.front() == '/') {
+        words = {program};
+    }
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv;
     for (std::string& word : words) {

@@ -6,9 +6,9 @@
 
 #include "platform/unique_fd.h"
 
-// One program of the build, run in the working directory as a process of its own. Waiting for
-// something that does not come fails the test after a time that no healthy machine needs. Killed at
-// the end when still running.
+// One program of the build, or of the machine by its path, run in the working directory as a
+// process of its own. Waiting for something that does not come fails the test after a time that no
+// healthy machine needs. Killed at the end when still running.
 class Child {
 public:
     enum class Io {

@@ -27,9 +27,9 @@ std::string TestRoot::Write(const std::string& path, const std::string& text) co
     return full;
 }
 
-ExampleRoot::ExampleRoot() {
-    WriteModules(ReadFile(SourcePath("examples/atv/dbg/mods.conf")));
-    WriteCommands(ReadFile(SourcePath("examples/atv/dbg/cmds.conf")));
+void TestRoot::Install(const std::string& path) {
+    fs::create_directories("root/vendor/etc/atv/dbg");
+    fs::copy(SourcePath(path), "root/vendor/etc/atv/dbg");
 }
 
 std::string ReadFile(const std::string& path) {

@@ -14,12 +14,8 @@ public:
     // Writes a file below the folder and makes the folders it needs. Returns its path.
     std::string Write(const std::string& path, const std::string& text) const;
 
-    void WriteModules(const std::string& text) const {
-        Write("root/vendor/etc/atv/dbg/mods.conf", text);
-    }
-    void WriteCommands(const std::string& text) const {
-        Write("root/vendor/etc/atv/dbg/cmds.conf", text);
-    }
+    // Puts a catalogue file of the source tree, or both of a folder, where the programs look.
+    static void Install(const std::string& path);
 
 private:
     std::string m_before;
@@ -29,7 +25,7 @@ private:
 // One with the example catalogue.
 class ExampleRoot : public TestRoot {
 public:
-    ExampleRoot();
+    ExampleRoot() { Install("examples/atv/dbg"); }
 };
 
 // The path of the shared page's file, from the working directory of a TestRoot.

@@ -1,0 +1,40 @@
+#include "tests/support/played_page.h"
+
+#include <fcntl.h>
+
+#include <gtest/gtest.h>
+
+#include "platform/unique_fd.h"
+#include "tests/support/test_root.h"
+
+PlayedPage::PlayedPage() {
+    EXPECT_TRUE(m_service.Open(kTestPage));
+    m_mapping = PageMapping(UniqueFd(open(kTestPage, O_RDWR | O_CLOEXEC)).Get());
+}
+
+std::string PlayedPage::TakeRequest() {
+    android::Parcel request;
+    EXPECT_TRUE(m_service.WaitRequest(std::chrono::seconds(60), request));
+    return PageRows();
+}
+
+void PlayedPage::Scribble(std::string_view bytes) const {
+    std::copy(bytes.begin(), bytes.end(), Get()->data);
+}
+
+void PlayedPage::Reply(std::string_view bytes, std::size_t length) const {
+    Scribble(bytes);
+    StoreHeader(*Get(), kReplyReady, length);
+}
+
+std::string PageRows() {
+    const std::string page = ReadFile(kTestPage);
+    std::string rows;
+    for (std::size_t i = 0; i < kHeaderSize + static_cast<unsigned char>(page[4]); ++i) {
+        char byte[4];
+        std::snprintf(byte, sizeof(byte), "%02hhx%c", page[i], i % 8 == 7 ? '\n' : ' ');
+        rows += byte;
+    }
+    rows.back() = '\n';
+    return rows;
+}

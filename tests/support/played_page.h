@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "request/page_mapping.h"
+#include "service/tv_service_page.h"
+
+// The page of a TestRoot with its service in the hands of the test. A second mapping, as another
+// process has it, reaches every byte.
+class PlayedPage {
+public:
+    PlayedPage();
+
+    // Waits for a request and returns it as PageRows does.
+    std::string TakeRequest();
+
+    // Writes over the start of the data and leaves the request where it is.
+    void Scribble(std::string_view bytes) const;
+
+    // Hands the bytes out as a reply of the given length, true or not.
+    void Reply(std::string_view bytes, std::size_t length) const;
+
+    TvServicePage& Service() { return m_service; }
+    SharePage* Get() const { return m_mapping.Get(); }
+
+private:
+    TvServicePage m_service{std::chrono::nanoseconds(0)};
+    PageMapping m_mapping;
+};
+
+// The header of the page's file and the data it tells of, in hexadecimal, eight bytes in a row.
+std::string PageRows();

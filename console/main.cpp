@@ -4,8 +4,8 @@
 
 #include "console/ko_cmd_debug.h"
 
-// Ends with status 0 whatever happened: the messages tell the engineer, and no script runs the
-// console.
+// Ends with status 0 whatever happened: the messages tell the engineer, and no script depends on
+// the status.
 int main() {
     try {
         KoCmdDebug::GetInstance().LoadConfig();

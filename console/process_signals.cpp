@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -7,17 +9,17 @@
 #include "console/ko_cmd_debug.h"
 #include "platform/sleep_once.h"
 
-// How a signal can get lost, and why none does.
+// How a signal can get lost.
 //
-// The watcher is the only thread that takes the three signals, and it lets SIGCONT and SIGINT in
-// one at a time, with SIGTSTP kept out: no handler interrupts another, so the later signal is the
-// later store. SIGCONT is let in right before each look at the state word: after a continue the
-// first look sees the resume and never the suspend before it.
+// The watcher is the only thread that takes the three signals. SIGTSTP is taken as soon as it
+// comes; SIGCONT and SIGINT are let in before each look at the state word, one at a time and with
+// SIGTSTP kept out, so that no handler interrupts another. After a continue the first look
+// therefore sees the resume and never the suspend before it.
 //
-// One loss is the kernel's own: SIGCONT discards a SIGTSTP that is still pending, and after a
-// resume the console sends itself SIGCONT every 10 ms. SIGTSTP is therefore taken at any other
-// time, as soon as it comes; pressed within the fraction of a microsecond in which SIGCONT is sent,
-// the suspend key must be pressed again.
+// Two losses are the kernel's own. SIGCONT discards a SIGTSTP that is still pending, and after a
+// resume the console sends itself SIGCONT every 10 ms: pressed within that fraction of a
+// microsecond, the suspend key must be pressed again. SIGSTOP discards a SIGCONT that is still
+// pending: a continue that does not wait for the stop, as shells do, may have to be sent again.
 
 namespace {
 
@@ -43,11 +45,15 @@ void LetIn(int signal) {
 }
 
 // Takes back a SIGCONT that the process has sent itself: its handler would wipe out a suspend that
-// came after the state word was read.
+// came after the state word was read. One from outside came after any such suspend, which would
+// have discarded it, and counts.
 void DropOwnResume() {
     const sigset_t resume = SignalSet({SIGCONT});
     const timespec now = {};
-    sigtimedwait(&resume, nullptr, &now);
+    siginfo_t info = {};
+    if (sigtimedwait(&resume, &info, &now) == SIGCONT && info.si_pid != getpid()) {
+        g_sigState = kSigResume;
+    }
 }
 
 void SendSignal(pid_t process, int signal, const char* failure) {

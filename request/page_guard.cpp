@@ -12,8 +12,10 @@ void OnBusError(int signal) {
     if (t_escape != nullptr) {
         siglongjmp(*t_escape, 1);
     }
-    // Not ours: the faulting access runs again and meets the default action.
+    // Not ours, a fault elsewhere or a signal from outside: the default action comes with the
+    // handler's return.
     std::signal(signal, SIG_DFL);
+    std::raise(signal);
 }
 
 bool InstallHandler() {

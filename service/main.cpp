@@ -2,15 +2,14 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <optional>
-#include <string_view>
 
 #include "platform/device_root.h"
+#include "platform/read_number.h"
 #include "platform/sleep_once.h"
 #include "service/tv_service.h"
 #include "service/tv_service_page.h"
@@ -49,20 +48,6 @@ void CatchStopSignals() {
     }
 }
 
-// A whole decimal number within the type's range.
-template <typename Number>
-bool ReadNumber(std::string_view text, Number& number) {
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && end == text.data() + text.size();
-}
-
-bool ReadDelay(std::string_view text, std::chrono::milliseconds& delay) {
-    unsigned int milliseconds = 0;
-    const bool read = ReadNumber(text, milliseconds);
-    delay = std::chrono::milliseconds(milliseconds);
-    return read;
-}
-
 // Nothing when the process is to end with `status` at once.
 std::optional<Settings> ReadOptions(int argc, char** argv, int& status) {
     static const option kOptions[] = {{"delay", required_argument, nullptr, 'd'},
@@ -71,30 +56,30 @@ std::optional<Settings> ReadOptions(int argc, char** argv, int& status) {
                                       {"help", no_argument, nullptr, 'h'},
                                       {}};
     Settings settings;
-    for (int letter = 0; (letter = getopt_long(argc, argv, "", kOptions, nullptr)) != -1;) {
-        bool good = false;
+    bool good = true;
+    for (int letter = 0; good && (letter = getopt_long(argc, argv, "", kOptions, nullptr)) != -1;) {
         switch (letter) {
             case 'd':
-                good = ReadDelay(optarg, settings.delay);
+                good = ReadMilliseconds(optarg, settings.delay);
                 break;
             case 's':
-                good = ReadNumber(std::string_view(optarg), settings.service.status);
+                good = ReadNumber(optarg, settings.service.status);
                 break;
             case 'r':
-                good = ReadNumber(std::string_view(optarg), settings.service.records);
+                good = ReadNumber(optarg, settings.service.records);
                 break;
             case 'h':
                 std::fputs(kUsage, stdout);
                 status = 0;
                 return std::nullopt;
             default:
-                break;
+                good = false;
         }
-        if (!good) {
-            std::fputs(kUsage, stderr);
-            status = kExitUsage;
-            return std::nullopt;
-        }
+    }
+    if (!good || optind < argc) {
+        std::fputs(kUsage, stderr);
+        status = kExitUsage;
+        return std::nullopt;
     }
     return settings;
 }

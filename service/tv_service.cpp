@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cstring>
 #include <list>
 #include <utility>
 
 #include "platform/ko_securec.h"
+#include "printer/format_letters.h"
 #include "request/share_page.h"
 
 namespace {
@@ -95,11 +95,15 @@ std::string AppendRecords(android::Parcel& reply, const std::string& format, uns
         android::Parcel longer = reply;
         std::string record;
         for (const char letter : format) {
-            if (std::strchr("dDfFs", letter) != nullptr) {
+            const FormatLetter* row = FindFormatLetter(letter);
+            if (row != nullptr && row->leastSize != 0) {
                 const FieldValue value = values.Next(letter);
                 WriteField(longer, value);
                 record += " " + FieldText(value);
             }
+        }
+        if (longer.dataSize() == reply.dataSize()) {
+            return text;  // a format without values: so are all further records
         }
         if (longer.dataSize() > kDataCapacity) {
             return text + " (" + std::to_string(records - i) + " records do not fit)";
@@ -153,6 +157,9 @@ const KoFileParse::KoCmdInfo* TvService::Decode(const android::Parcel& request,
                                                 std::int32_t& instruct,
                                                 std::vector<ParcelField>& arguments) const {
     instruct = request.readInt32();
+    if (request.dataSize() < sizeof(instruct)) {
+        return nullptr;
+    }
     const auto [first, last] = m_cmds.equal_range(instruct);
     for (auto cmd = first; cmd != last; ++cmd) {
         android::Parcel rest;

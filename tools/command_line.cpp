@@ -2,11 +2,10 @@
 
 #include <getopt.h>
 
-#include <charconv>
 #include <cstdio>
 #include <cstring>
-#include <string_view>
 
+#include "platform/read_number.h"
 #include "tools/exit_status.h"
 #include "tools/text.h"
 
@@ -65,13 +64,6 @@ std::vector<option> LongOptions(const ToolCommand& command) {
     return options;
 }
 
-bool ReadTimeout(std::string_view text, std::chrono::milliseconds& timeout) {
-    unsigned int number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    timeout = std::chrono::milliseconds(number);
-    return error == std::errc() && end == text.data() + text.size();
-}
-
 bool TakeOption(int letter, const char* value, CommandLine& line) {
     switch (letter) {
         case 'c':
@@ -87,7 +79,7 @@ bool TakeOption(int letter, const char* value, CommandLine& line) {
             line.markdown = true;
             return true;
         case 't':
-            if (ReadTimeout(value, line.timeout)) {
+            if (ReadMilliseconds(value, line.timeout)) {
                 return true;
             }
             Complain("--timeout takes milliseconds, not " + Quoted(value));

@@ -102,7 +102,7 @@ public:
         return false;
     }
 
-    void Close(const std::string*) {
+    void Close() {
         m_store(std::move(m_record));
         Reset(m_record);
     }

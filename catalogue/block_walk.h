@@ -10,7 +10,7 @@
 //   bool TakeKey(row)   asked inside a block; true when the row was one of its keys
 //   void Open(row)      a title row opened a block
 //   void Stray(row)     a row outside any block was passed over
-//   void Close(row)     the row ended the open block; null at the end of the file
+//   void Close()        the open block ended
 // Returns 0, or -1 when the reader could not step back to the row that ended a block.
 template <typename Visitor>
 int WalkBlocks(KoFile& reader, Visitor& visitor) {
@@ -33,14 +33,14 @@ int WalkBlocks(KoFile& reader, Visitor& visitor) {
         if (visitor.TakeKey(row)) {
             continue;
         }
-        visitor.Close(&row);
+        visitor.Close();
         if (reader.RollBack() != 0) {
             return -1;
         }
         inBlock = false;
     }
     if (inBlock) {
-        visitor.Close(nullptr);
+        visitor.Close();
     }
     return 0;
 }

@@ -20,6 +20,7 @@
 namespace {
 
 constexpr std::chrono::milliseconds kPollStep{10};
+constexpr char kCut[] = "cannot be read any more";
 
 using Record = std::vector<ParcelField>;
 
@@ -58,9 +59,14 @@ int TakeReply(SharePageClient& client, std::chrono::milliseconds timeout, androi
                      " ms; the request stays in the page");
             return kExitNoAnswer;
         default:
-            return FailPage("cannot be read any more");
+            return FailPage(kCut);
     }
-    return client.TakeReply(reply) ? kExitDone : FailPage("holds a reply longer than itself");
+    if (client.TakeReply(reply)) {
+        return kExitDone;
+    }
+    SharePageHeader header = {};
+    const bool cut = client.Look(header) == SharePageClient::State::kFailed;
+    return FailPage(cut ? kCut : "holds a reply longer than itself");
 }
 
 // The reply's values, record by record. False when it holds anything else.

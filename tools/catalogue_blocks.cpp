@@ -9,6 +9,18 @@
 
 namespace {
 
+// The key word that the row counts as; empty when there is none.
+std::string_view FindKeyWord(const std::vector<std::string_view>& words, std::string_view row) {
+    const std::size_t length = RawKeyLength(row);
+    if (length >= kConfigTextSize) {
+        return {};
+    }
+    const auto found = std::find_if(words.begin(), words.end(), [&](std::string_view word) {
+        return KeyMatches(word, row.substr(0, length));
+    });
+    return found != words.end() ? *found : std::string_view();
+}
+
 // Keeps every row that the walk shows.
 class BlockRecorder {
 public:
@@ -32,7 +44,7 @@ public:
         return true;
     }
 
-    void Close(const std::string*) {}
+    void Close() {}
 
 private:
     CatalogueRow Here(const std::string& row) const { return {m_reader.RowNumber(), row}; }
@@ -81,17 +93,6 @@ std::int32_t CatalogueBlock::Instruction() const {
     return key != nullptr ? ParseHexNumber(key->Value()).value : -1;
 }
 
-std::string_view FindKeyWord(const std::vector<std::string_view>& words, std::string_view row) {
-    const std::size_t length = RawKeyLength(row);
-    if (length >= kConfigTextSize) {
-        return {};
-    }
-    const auto found = std::find_if(words.begin(), words.end(), [&](std::string_view word) {
-        return KeyMatches(word, row.substr(0, length));
-    });
-    return found != words.end() ? *found : std::string_view();
-}
-
 std::optional<CatalogueBlocks> ReadBlocks(const std::string& path,
                                           std::vector<std::string_view> words,
                                           std::string& reason) {
@@ -110,5 +111,9 @@ std::optional<CatalogueBlocks> ReadBlocks(const std::string& path,
     BlockRecorder recorder(reader, file);
     // The walk steps back only behind a row that it has just read, which cannot fail.
     WalkBlocks(reader, recorder);
+    if (reader.GetIOExceptionStatus() != 0) {
+        reason = std::strerror(reader.GetIOExceptionStatus());
+        return std::nullopt;
+    }
     return file;
 }

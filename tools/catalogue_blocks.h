@@ -53,9 +53,6 @@ struct CatalogueBlocks {
     std::vector<CatalogueBlock> blocks;
 };
 
-// The key word that the row counts as; empty when there is none.
-std::string_view FindKeyWord(const std::vector<std::string_view>& words, std::string_view row);
-
 // Reads the file. Nothing when the console cannot load it; `reason` says why.
 std::optional<CatalogueBlocks> ReadBlocks(const std::string& path,
                                           std::vector<std::string_view> words, std::string& reason);

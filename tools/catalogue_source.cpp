@@ -22,12 +22,18 @@ std::string FindFile(const std::optional<std::string>& folder, const char* name)
     return found != nullptr ? found : KO_DEVICE_ROOT "/vendor/etc/" + relative;
 }
 
+bool Complained(const std::string& path, const KoFile& reader) {
+    if (reader.GetIOExceptionStatus() != 0) {
+        Complain(path + ": " + std::strerror(reader.GetIOExceptionStatus()));
+    }
+    return reader.GetIOExceptionStatus() != 0;
+}
+
 bool LoadFile(const std::string& path, KoFileParse& catalogue,
               int (KoFileParse::*readBlocks)(KoFile* reader)) {
     auto reader = std::make_unique<KoFile>();
     reader->Init(path, "r");
-    if (reader->GetIOExceptionStatus() != 0) {
-        Complain(path + ": " + std::strerror(reader->GetIOExceptionStatus()));
+    if (Complained(path, *reader)) {
         return false;
     }
     if (reader->IsEmpty()) {
@@ -39,7 +45,8 @@ bool LoadFile(const std::string& path, KoFileParse& catalogue,
         static_cast<void>(reader.release());
         return false;
     }
-    return true;
+    // A file that broke off in the middle has failed as well.
+    return !Complained(path, *reader);
 }
 
 }  // namespace

@@ -1,9 +1,8 @@
-#include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <map>
 #include <set>
 #include <string>
-#include <utility>
 
 #include "catalogue/row_grammar.h"
 #include "console/ko_cmd_debug.h"

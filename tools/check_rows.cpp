@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <map>
 
 #include "catalogue/row_grammar.h"

@@ -1,4 +1,3 @@
-#include <cstdio>
 #include <cstring>
 
 #include "printer/format_letters.h"

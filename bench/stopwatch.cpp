@@ -1,4 +1,3 @@
-#include <poll.h>
 #include <pty.h>
 #include <signal.h>
 #include <sys/wait.h>

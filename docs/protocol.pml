@@ -108,29 +108,21 @@ inline read_cells(length) {
 
 inline post_request() {
 #ifdef SPLIT_HEADER
-    atomic {
-        printf("console %d stores the flags of request %d\n", me, id);
-        header = HEADER(POSTED, LENGTH(header))
-    };
+    atomic { printf("console %d stores the flags of request %d\n", me, id);
+             header = HEADER(POSTED, LENGTH(header)) };
 #endif
-    atomic {
-        printf("console %d posts request %d, length %d\n", me, id, REQUEST_LENGTH(id));
-        header = HEADER(POSTED, REQUEST_LENGTH(id))
-    }
+    atomic { printf("console %d posts request %d, length %d\n", me, id, REQUEST_LENGTH(id));
+             header = HEADER(POSTED, REQUEST_LENGTH(id)) }
 }
 
 inline make_reply_ready() {
 #ifdef SPLIT_HEADER
-    atomic {
-        printf("service %d stores the flags of reply %d\n", me, id);
-        header = HEADER(REPLY_FLAGS, LENGTH(header))
-    };
+    atomic { printf("service %d stores the flags of reply %d\n", me, id);
+             header = HEADER(REPLY_FLAGS, LENGTH(header)) };
 #endif
-    atomic {
-        printf("service %d makes reply %d ready, length %d\n", me, id, REPLY_LENGTH(id));
-        header = HEADER(REPLY_FLAGS, REPLY_LENGTH(id));
-        replying = false
-    }
+    atomic { printf("service %d makes reply %d ready, length %d\n", me, id, REPLY_LENGTH(id));
+             header = HEADER(REPLY_FLAGS, REPLY_LENGTH(id));
+             replying = false }
 }
 
 /* All cells of the copy are `value`, and `length` is the one that goes with it. */
@@ -293,8 +285,7 @@ init {
         /* A page is new, or holds the reply to an exchange long past. */
         if
         :: true
-        :: data[0] = REPLY + OLD;
-           data[1] = REPLY + OLD;
+        :: data[0] = REPLY + OLD; data[1] = REPLY + OLD;
            header = HEADER(READY, REPLY_LENGTH(OLD))
         fi;
         run Service(1);

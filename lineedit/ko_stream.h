@@ -17,7 +17,7 @@
 // editor drops the first two and takes the letter for the key. The price is that a capital A to D
 // or a "[" cannot be typed.
 //
-//   byte      key         what is done            written to the terminal, one write a key
+//   byte      key         what is done            written to the terminal, an append in one write
 //   8         Backspace   erase the last byte     8 32 8
 //   9         TAB         complete, or list       the rest of the word, or the listing and 10
 //   10        Enter       accept the line         10 13

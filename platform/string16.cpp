@@ -1,7 +1,7 @@
 #include "platform/string16.h"
 
 #include <algorithm>
-#include <cstdint>
+#include <string_view>
 
 namespace android {
 namespace {

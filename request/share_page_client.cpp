@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <array>
 #include <utility>
 
 #include "platform/ko_securec.h"

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <regex>
 #include <sstream>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -57,14 +59,16 @@ Words SplitWords(const std::string& text) {
 //   install PATH         puts a catalogue file of the source tree, or a folder's two, in place
 //   folder PATH          makes a folder
 //   service OPTIONS      starts the stand-in service; "stop" ends it
-//   reply LENGTH BYTES REMARK  answers the next request with the bytes, as many as it says or not
+//   reply LENGTH BYTES REMARK  answers a request of the next program with the bytes, as a reply of
+//                        that length, true or not; several answer in turn
 //   keys                 runs the console; the body is typed
 //   shell                runs the body with the programs as $KO, $SERVICE and $TOOL
 //   output               what either printed, then standard error's rows behind "! "
 //   $ WORDS              runs the tool; the body is what it prints, without marks
 //   posted MODULE LINE   the page that the console posts for the line
 //   is FILE              what a file holds
-// Any other title is a file to write. Bodies and words may have the marks of Expand.
+// A title with a dot is a file to write. Words, keys, outputs and files may have the marks of
+// Expand.
 class Case {
 public:
     void Play(const std::string& title, const std::string& body);
@@ -75,7 +79,7 @@ private:
     TestRoot m_root;
     std::unique_ptr<Service> m_service;
     std::optional<PlayedPage> m_page;
-    Words m_reply;
+    std::vector<Words> m_replies;
     std::string m_printed;
 };
 
@@ -83,9 +87,9 @@ std::string Case::Run(const std::string& program, const Words& words, const std:
     Child child(program, words, Child::Io::kErrorFile);
     child.Type(input);
     child.CloseInput();
-    if (m_page) {
+    for (const Words& reply : std::exchange(m_replies, {})) {
         m_page->TakeRequest();
-        m_page->Reply(m_reply[1], std::stoul(m_reply[0]));
+        m_page->Reply(reply[1], std::stoul(reply[0]));
     }
     std::string printed = child.ReadRest();
     const int status = child.Wait();
@@ -93,7 +97,6 @@ std::string Case::Run(const std::string& program, const Words& words, const std:
     for (std::string row; std::getline(errors, row);) {
         printed += "! " + row + "\n";
     }
-    m_page.reset();
     const int exit = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
     return printed + "exit " + std::to_string(exit) + "\n";
 }
@@ -110,7 +113,7 @@ void Case::Play(const std::string& title, const std::string& body) {
         m_service = kind == "stop" ? nullptr : std::make_unique<Service>(SplitWords(rest));
     } else if (kind == "reply") {
         m_page.emplace();
-        m_reply = SplitWords(rest);
+        m_replies.push_back(SplitWords(rest));
     } else if (kind == "keys") {
         m_printed = Run("ko_cmd_debug", {}, Expand(body));
     } else if (kind == "shell") {
@@ -127,8 +130,10 @@ void Case::Play(const std::string& title, const std::string& body) {
         page.Reply({}, sizeof(std::int32_t));
     } else if (kind == "is") {
         EXPECT_EQ(Expand(body), ReadFile(rest));
-    } else {
+    } else if (kind.find('.') != std::string::npos) {
         m_root.Write(title, Expand(body));
+    } else if (!kind.empty()) {
+        ADD_FAILURE() << "no section is called " << title;
     }
 }
 
@@ -149,7 +154,7 @@ class CaseTest : public testing::TestWithParam<fs::path> {};
 TEST_P(CaseTest, HappensAsWritten) {
     Case played;
     std::istringstream rows(ReadFile(GetParam()) + "--- stop\n");
-    std::string title = "stop";
+    std::string title;
     std::string body;
     for (std::string row; std::getline(rows, row);) {
         if (row.rfind("--- ", 0) == 0) {

@@ -5,13 +5,17 @@
 
 // What rows and blocks become stands in cases/tool/rows_*.case; here is what no catalogue shows.
 
+namespace {
+
 using Words = std::vector<std::string>;
 
-static Words List(const Array<std::string>& array) {
+Words List(const Array<std::string>& array) {
     return {array.begin(), array.end()};
 }
 
-TEST(CatalogueTest, ReadersTakeRowsThatTheirTestsRefuse) {
+}  // namespace
+
+TEST(CatalogueTest, TestsAndReadersStandByThemselves) {
     EXPECT_TRUE(KoFileParse::IsPrintTags("print=x"));
     testing::internal::CaptureStdout();
     EXPECT_EQ("", KoFileParse::GetBlockTitile("[" + std::string(254, 'x') + "]"));

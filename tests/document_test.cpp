@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <filesystem>
+#include <memory>
 #include <sstream>
 
 #include <gtest/gtest.h>
@@ -25,6 +27,30 @@ std::string DocumentedRows(const std::string& name) {
         bytes += row.substr(6) + "\n";
     }
     return bytes;
+}
+
+std::vector<std::string> ConsoleBlocks(const std::string& document) {
+    const std::string text = ReadFile(SourcePath(document));
+    const std::string open = "```console\n";
+    std::vector<std::string> blocks;
+    for (std::size_t start = 0; (start = text.find(open, start)) != std::string::npos;) {
+        start += open.size();
+        blocks.push_back(text.substr(start, text.find("```", start) - start));
+    }
+    return blocks;
+}
+
+// A shell carries out what stands behind the "$ " of a block; what it shows must be the block.
+void ExpectReal(const std::string& block) {
+    std::string script =
+        "exec 2>&1; ko_cmd_tool() { " KO_EMULATOR " " KO_BIN_DIR "/ko_cmd_tool \"$@\"; }\n";
+    std::istringstream rows(block);
+    for (std::string row; std::getline(rows, row);) {
+        if (row.rfind("$ ", 0) == 0) {
+            script += "cat <<'END'\n" + row + "\nEND\n" + row.substr(2) + "\n";
+        }
+    }
+    EXPECT_EQ(block, Child("/bin/sh", {"-c", script}, Child::Io::kPipes).ReadRest());
 }
 
 }  // namespace
@@ -59,4 +85,28 @@ TEST(DocumentTest, TheBytesOfTheProtocolAreTheRealOnes) {
         console.ReadUntil("=\n");
         EXPECT_EQ(DocumentedRows(command + "-reply"), PageRows());
     }
+}
+
+TEST(DocumentTest, TheCommandsShownAreReal) {
+    const ExampleRoot root;
+    root.Write("lamp/mods.conf", Block("docs/catalogue.md", "conf lamp/mods.conf"));
+    root.Write("lamp/cmds.conf",
+               "[backlight]\ncommand = set\nbelong module = lamp\n# 0 to 100\n"
+               "instruction = 0x901\npara format = d\ndescription = set it\n");
+    auto service = std::make_unique<Service>();
+    for (const std::string& block : ConsoleBlocks("README.md")) {
+        ExpectReal(block);
+    }
+    service.reset();
+    root.Write("lamp/cmds.conf", Block("docs/catalogue.md", "conf lamp/cmds.conf"));
+    std::filesystem::create_directories("build/host");
+    std::filesystem::create_directory_symlink("../../root", "build/host/root");
+    std::vector<std::string> blocks = ConsoleBlocks("docs/catalogue.md");
+    const std::string tryIt = blocks.back();
+    blocks.pop_back();
+    for (const std::string& block : blocks) {
+        ExpectReal(block);
+    }
+    service = std::make_unique<Service>();
+    ExpectReal(tryIt);
 }

@@ -28,7 +28,7 @@ protected:
 
 }  // namespace
 
-TEST_F(PageTest, ARequestThatCannotBePostedFails) {
+TEST_F(PageTest, WhatCannotBePostedLeavesThePage) {
     g_pSharePage = m_page.Get();
     KoCmdDebug console;
     android::Parcel empty;
@@ -39,6 +39,8 @@ TEST_F(PageTest, ARequestThatCannotBePostedFails) {
     EXPECT_EQ(-1, console.CopyCmdToBuf("c", empty));
     EXPECT_EQ(-1, console.CopyCmdToBuf("c", large));
     EXPECT_EQ("requestData is the null\n", testing::internal::GetCapturedStdout());
+    EXPECT_FALSE(m_page.Service().PostReply(empty));
+    EXPECT_FALSE(m_page.Service().PostReply(large));
     EXPECT_EQ(0, m_page.Get()->header.load());
     g_pSharePage = static_cast<SharePage*>(MAP_FAILED);
 }
@@ -54,6 +56,17 @@ TEST_F(PageTest, APageThatVanishesUnderTheGuardKillsNobody) {
     EXPECT_FALSE(m_page.Service().WaitRequest(std::chrono::nanoseconds(0), parcel));
     parcel.writeInt32(0);
     EXPECT_FALSE(m_page.Service().PostReply(parcel));
+}
+
+TEST_F(PageTest, AFileThatBecomesShorterThanThePageEndsTheExchange) {
+    SharePageClient client = Client(kTestPage);
+    m_page.Reply("\x10\x20\x30\x40", 4);
+    ASSERT_EQ(State::kReady, client.Wait());
+    // The mapping still reads, as zeros.
+    ASSERT_EQ(0, truncate(kTestPage, 8));
+    android::Parcel reply;
+    EXPECT_FALSE(client.TakeReply(reply));
+    EXPECT_FALSE(client.Post(kRequest, sizeof(kRequest)));
 }
 
 TEST_F(PageTest, PostingClearsAReplyFlagLeftBehind) {

@@ -1,8 +1,9 @@
 #include <sys/wait.h>
 #include <termios.h>
 
+#include <atomic>
 #include <csignal>
-#include <cstring>
+#include <cstdio>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -11,8 +12,6 @@
 #include "tests/support/test_root.h"
 
 namespace {
-
-constexpr int kPatienceMs = 60'000;
 
 // The console on a terminal of its own, beside a service, with the example catalogue.
 class TerminalTest : public testing::Test {

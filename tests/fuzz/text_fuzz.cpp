@@ -37,7 +37,7 @@ std::string Narrow(const android::String16& wide) {
 // The input is taken once as UTF-8 and once as UTF-16 units.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string text(reinterpret_cast<const char*>(data), size);
-    const android::String16 wide(text.data(), text.size());
+    const android::String16 wide(reinterpret_cast<const char*>(data), size);
     const std::string back = Narrow(wide);
     Require(IsUtf8(back), "text comes out well-formed");
     Require(back == text || !IsUtf8(text), "well-formed text is kept");

@@ -3,12 +3,12 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <pty.h>
-#include <signal.h>
 #include <sys/wait.h>
 #include <termios.h>
 
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <iterator>
 #include <sstream>
 #include <thread>
@@ -16,8 +16,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-constexpr int kPatienceMs = 60'000;
 
 void Exec(const std::string& program, const std::vector<std::string>& arguments) {
     std::istringstream emulator(KO_EMULATOR);
@@ -32,6 +30,7 @@ void Exec(const std::string& program, const std::vector<std::string>& arguments)
         argv.push_back(word.data());
     }
     argv.push_back(nullptr);
+    std::signal(SIGPIPE, SIG_DFL);
     execvp(argv[0], argv.data());
     _exit(127);
 }
@@ -39,6 +38,7 @@ void Exec(const std::string& program, const std::vector<std::string>& arguments)
 }  // namespace
 
 Child::Child(const std::string& program, const std::vector<std::string>& arguments, Io io) {
+    std::signal(SIGPIPE, SIG_IGN);  // a program that is gone is noticed by what it printed
     if (io == Io::kTerminal) {
         int master = -1;
         termios settings = {};
@@ -61,6 +61,7 @@ Child::Child(const std::string& program, const std::vector<std::string>& argumen
     EXPECT_EQ(0, pipe2(out, O_CLOEXEC));
     m_pid = fork();
     if (m_pid == 0) {
+        setsid();
         dup2(in[0], STDIN_FILENO);
         dup2(out[1], STDOUT_FILENO);
         if (io == Io::kErrorFile) {
@@ -76,16 +77,22 @@ Child::Child(const std::string& program, const std::vector<std::string>& argumen
 
 Child::~Child() {
     if (m_running) {
-        kill(m_pid, SIGKILL);
-        waitpid(m_pid, nullptr, 0);
+        Kill();
     }
+}
+
+// The program leads a process group, as soon as it has come so far.
+void Child::Kill() const {
+    kill(-m_pid, SIGKILL);
+    kill(m_pid, SIGKILL);
+    waitpid(m_pid, nullptr, 0);
 }
 
 void Child::Type(std::string_view bytes) const {
     while (!bytes.empty()) {
         const ssize_t written = write(m_input.Get(), bytes.data(), bytes.size());
         if (written < 0) {
-            return;  // the program is gone; what it printed tells
+            return;  // the program is gone
         }
         bytes.remove_prefix(static_cast<std::size_t>(written));
     }
@@ -128,20 +135,29 @@ std::string Child::ReadRest() {
 
 int Child::Wait() {
     int status = 0;
-    EXPECT_EQ(m_pid, waitpid(m_pid, &status, 0));
+    if (WaitStatus(0, kPatienceMs, status) != m_pid) {
+        ADD_FAILURE() << "it does not end";
+        Kill();
+    }
     m_running = false;
     return status;
 }
 
 bool Child::WaitChange(int option, int ms) const {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
     int status = 0;
+    return WaitStatus(option, ms, status) == m_pid &&
+           (option == WCONTINUED ? WIFCONTINUED(status) : WIFSTOPPED(status));
+}
+
+// As waitpid, for so long.
+pid_t Child::WaitStatus(int options, int ms, int& status) const {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
     pid_t changed = 0;
-    while ((changed = waitpid(m_pid, &status, option | WNOHANG)) == 0 &&
+    while ((changed = waitpid(m_pid, &status, options | WNOHANG)) == 0 &&
            std::chrono::steady_clock::now() < end) {
         std::this_thread::yield();
     }
-    return changed == m_pid && (option == WCONTINUED ? WIFCONTINUED(status) : WIFSTOPPED(status));
+    return changed;
 }
 
 Service::Service(const std::vector<std::string>& arguments)

@@ -6,9 +6,11 @@
 
 #include "platform/unique_fd.h"
 
+constexpr int kPatienceMs = 60'000;  // more than a healthy machine needs for anything
+
 // One program of the build, or of the machine by its path, run in the working directory as a
-// process of its own. Waiting for something that does not come fails the test after a time that no
-// healthy machine needs. Killed at the end when still running.
+// process of its own. Waiting for something that does not come fails the test after kPatienceMs.
+// Killed at the end, with all that it started, when still running.
 class Child {
 public:
     enum class Io {
@@ -32,7 +34,7 @@ public:
     // Reads to the end of the output and returns what was not yet taken.
     std::string ReadRest();
 
-    // Waits for the end; the status as waitpid gives it.
+    // Waits for the end; the status as waitpid gives it. What does not end is killed.
     int Wait();
 
     // Waits until the process stops (or, with WCONTINUED, goes on). False when it ended or `ms`
@@ -44,6 +46,8 @@ public:
 
 private:
     bool ReadMore();
+    void Kill() const;
+    pid_t WaitStatus(int options, int ms, int& status) const;
 
     pid_t m_pid = -1;
     bool m_running = true;

@@ -2,9 +2,13 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
+#include <cstring>
+
 #include <gtest/gtest.h>
 
 #include "platform/unique_fd.h"
+#include "tests/support/child.h"
 #include "tests/support/test_root.h"
 
 PlayedPage::PlayedPage() {
@@ -14,7 +18,7 @@ PlayedPage::PlayedPage() {
 
 std::string PlayedPage::TakeRequest() {
     android::Parcel request;
-    EXPECT_TRUE(m_service.WaitRequest(std::chrono::seconds(60), request));
+    EXPECT_TRUE(m_service.WaitRequest(std::chrono::milliseconds(kPatienceMs), request));
     return PageRows();
 }
 
@@ -29,8 +33,10 @@ void PlayedPage::Reply(std::string_view bytes, std::size_t length) const {
 
 std::string PageRows() {
     const std::string page = ReadFile(kTestPage);
+    SharePageHeader header = {};
+    std::memcpy(&header, page.data(), sizeof(header));
     std::string rows;
-    for (std::size_t i = 0; i < kHeaderSize + static_cast<unsigned char>(page[4]); ++i) {
+    for (std::size_t i = 0; i < std::min(kHeaderSize + header.length, page.size()); ++i) {
         char byte[4];
         std::snprintf(byte, sizeof(byte), "%02hhx%c", page[i], i % 8 == 7 ? '\n' : ' ');
         rows += byte;

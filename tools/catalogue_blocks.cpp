@@ -1,11 +1,11 @@
 #include "tools/catalogue_blocks.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 #include "catalogue/block_walk.h"
 #include "catalogue/row_grammar.h"
+#include "tools/catalogue_source.h"
 
 namespace {
 
@@ -98,22 +98,11 @@ std::optional<CatalogueBlocks> ReadBlocks(const std::string& path,
                                           std::string& reason) {
     KoFile reader;
     reader.Init(path, "r");
-    if (reader.GetIOExceptionStatus() != 0) {
-        reason = std::strerror(reader.GetIOExceptionStatus());
-        return std::nullopt;
-    }
-    if (reader.IsEmpty()) {
-        reason = "the file is empty";
-        return std::nullopt;
-    }
     CatalogueBlocks file;
     file.words = std::move(words);
     BlockRecorder recorder(reader, file);
     // The walk steps back only behind a row that it has just read, which cannot fail.
     WalkBlocks(reader, recorder);
-    if (reader.GetIOExceptionStatus() != 0) {
-        reason = std::strerror(reader.GetIOExceptionStatus());
-        return std::nullopt;
-    }
-    return file;
+    reason = ReadFault(reader);
+    return reason.empty() ? std::optional(std::move(file)) : std::nullopt;
 }

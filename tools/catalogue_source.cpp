@@ -23,10 +23,11 @@ std::string FindFile(const std::optional<std::string>& folder, const char* name)
 }
 
 bool Complained(const std::string& path, const KoFile& reader) {
-    if (reader.GetIOExceptionStatus() != 0) {
-        Complain(path + ": " + std::strerror(reader.GetIOExceptionStatus()));
+    const std::string fault = ReadFault(reader);
+    if (!fault.empty()) {
+        Complain(path + ": " + fault);
     }
-    return reader.GetIOExceptionStatus() != 0;
+    return !fault.empty();
 }
 
 bool LoadFile(const std::string& path, KoFileParse& catalogue,
@@ -34,10 +35,6 @@ bool LoadFile(const std::string& path, KoFileParse& catalogue,
     auto reader = std::make_unique<KoFile>();
     reader->Init(path, "r");
     if (Complained(path, *reader)) {
-        return false;
-    }
-    if (reader->IsEmpty()) {
-        Complain(path + ": the file is empty");
         return false;
     }
     if ((catalogue.*readBlocks)(reader.get()) != 0) {
@@ -59,6 +56,13 @@ bool LoadCatalogue(const CataloguePaths& paths, KoFileParse& catalogue) {
     const StdoutToStderr redirect;
     return LoadFile(paths.modules, catalogue, &KoFileParse::ParseModulePtr) &&
            LoadFile(paths.commands, catalogue, &KoFileParse::ParseCmdPtr);
+}
+
+std::string ReadFault(const KoFile& reader) {
+    if (reader.GetIOExceptionStatus() != 0) {
+        return std::strerror(reader.GetIOExceptionStatus());
+    }
+    return reader.IsEmpty() ? "the file is empty" : "";
 }
 
 StdoutToStderr::StdoutToStderr() {

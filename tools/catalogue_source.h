@@ -19,6 +19,9 @@ CataloguePaths FindCatalogue(const std::optional<std::string>& folder);
 // after a message when a file cannot be loaded.
 bool LoadCatalogue(const CataloguePaths& paths, KoFileParse& catalogue);
 
+// Why the reader has not given a whole catalogue file; empty when it has, as far as it was read.
+std::string ReadFault(const KoFile& reader);
+
 // Sends what is printed to standard output to standard error while it lives. One at a time.
 class StdoutToStderr {
 public:

@@ -1,0 +1,62 @@
+#include <sched.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+
+#include <gtest/gtest.h>
+
+#include "console/ko_cmd_debug.h"
+#include "tests/support/child.h"
+#include "tests/support/test_root.h"
+
+namespace {
+
+void SendFromOutside(int signal) {
+    if (fork() == 0) {
+        kill(getppid(), signal);
+        _exit(0);
+    }
+    wait(nullptr);
+}
+
+void AwaitState(std::int32_t state) {
+    while (g_sigState != state) {
+        sched_yield();
+    }
+}
+
+// A console without a catalogue starts its watcher and leaves this thread free to hold it up in its
+// resume action, while a suspend and a continue come. Ends when the continue has counted.
+[[noreturn]] void RunConsole() {
+    alarm(kPatienceMs / 1000);
+    KoCmdDebug::GetInstance().Exec();
+    {
+        const KoMutex::Autolock lock(g_mutex);
+        SendFromOutside(SIGCONT);
+        AwaitState(kSigResume);
+        SendFromOutside(SIGTSTP);
+        AwaitState(kSigSuspend);
+        SendFromOutside(SIGCONT);
+    }
+    AwaitState(kSigResume);
+    _exit(0);
+}
+
+}  // namespace
+
+// A watcher that was not yet held up may stop first, as it should: then the signals are sent again.
+TEST(SignalTest, AContinueBehindASuspendIsNotTakenForTheConsolesOwn) {
+    const TestRoot root;
+    int status = 0;
+    for (int tries = 0; tries < 20 && (tries == 0 || WIFSTOPPED(status)); ++tries) {
+        const pid_t pid = fork();
+        if (pid == 0) {
+            RunConsole();
+        }
+        waitpid(pid, &status, WUNTRACED);
+        kill(pid, SIGKILL);
+        waitpid(pid, nullptr, 0);
+    }
+    EXPECT_TRUE(WIFEXITED(status)) << status;
+}

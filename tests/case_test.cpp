@@ -26,8 +26,9 @@ constexpr char kPrograms[] = "KO='" KO_EMULATOR " " KO_BIN_DIR
                              "/ko_cmd_debug'; "
                              "TOOL='" KO_EMULATOR " " KO_BIN_DIR
                              "/ko_cmd_tool'; "
-                             "serve() { : >service.log; " KO_EMULATOR " " KO_BIN_DIR
-                             "/ko_tv_service >>service.log 2>&1 & "
+                             "SERVICE='" KO_EMULATOR " " KO_BIN_DIR
+                             "/ko_tv_service'; "
+                             "serve() { : >service.log; $SERVICE >>service.log 2>&1 & "
                              "until grep -q serving service.log; do sleep 0.01; done; }\n";
 
 // "\r", "\t", "\b" and "\x1b" are those bytes, a backslash at the end of a row takes the line end
@@ -66,8 +67,8 @@ Words SplitWords(const std::string& text) {
 //   reply LENGTH BYTES REMARK  answers a request of the next program with the bytes, as a reply of
 //                        that length, true or not; several answer in turn
 //   keys                 runs the console; the body is typed
-//   shell                runs the body with the programs as $KO and $TOOL; "serve" starts the
-//                        stand-in as $!, with its output in service.log
+//   shell                runs the body with the programs as $KO, $SERVICE and $TOOL; "serve"
+//                        starts the stand-in as $!, with its output in service.log
 //   output               what either printed, then standard error's rows behind "! "
 //   $ WORDS              runs the tool; the body is what it prints, without marks
 //   posted MODULE LINE   the page that the console posts for the line

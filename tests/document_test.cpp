@@ -11,33 +11,26 @@
 
 namespace {
 
-// The block that a document opens with "```NAME".
-std::string Block(const std::string& document, const std::string& name) {
+// The blocks that a document opens with "```NAME".
+std::vector<std::string> Blocks(const std::string& document, const std::string& name) {
     const std::string text = ReadFile(SourcePath(document));
     const std::string open = "```" + name + "\n";
-    const std::size_t start = text.find(open) + open.size();
-    return text.substr(start, text.find("```", start) - start);
-}
-
-// The bytes that the protocol's page shows, without their offsets.
-std::string DocumentedRows(const std::string& name) {
-    std::istringstream rows(Block("docs/protocol.md", "hex " + name));
-    std::string bytes;
-    for (std::string row; std::getline(rows, row);) {
-        bytes += row.substr(6) + "\n";
-    }
-    return bytes;
-}
-
-std::vector<std::string> ConsoleBlocks(const std::string& document) {
-    const std::string text = ReadFile(SourcePath(document));
-    const std::string open = "```console\n";
     std::vector<std::string> blocks;
     for (std::size_t start = 0; (start = text.find(open, start)) != std::string::npos;) {
         start += open.size();
         blocks.push_back(text.substr(start, text.find("```", start) - start));
     }
     return blocks;
+}
+
+// The bytes that the protocol's page shows, without their offsets.
+std::string DocumentedRows(const std::string& name) {
+    std::istringstream rows(Blocks("docs/protocol.md", "hex " + name).at(0));
+    std::string bytes;
+    for (std::string row; std::getline(rows, row);) {
+        bytes += row.substr(6) + "\n";
+    }
+    return bytes;
 }
 
 // A shell carries out what stands behind the "$ " of a block; what it shows must be the block.
@@ -57,7 +50,7 @@ void ExpectReal(const std::string& block) {
 
 // What stands behind the prompts is typed; what comes back must be the session.
 TEST(DocumentTest, TheSessionInTheReadmeIsARealOne) {
-    const std::string session = Block("README.md", "session");
+    const std::string session = Blocks("README.md", "session").at(0);
     const ExampleRoot root;
     const Service service;
     Child console("ko_cmd_debug", {}, Child::Io::kPipes);
@@ -89,19 +82,19 @@ TEST(DocumentTest, TheBytesOfTheProtocolAreTheRealOnes) {
 
 TEST(DocumentTest, TheCommandsShownAreReal) {
     const ExampleRoot root;
-    root.Write("lamp/mods.conf", Block("docs/catalogue.md", "conf lamp/mods.conf"));
+    root.Write("lamp/mods.conf", Blocks("docs/catalogue.md", "conf lamp/mods.conf").at(0));
     root.Write("lamp/cmds.conf",
                "[backlight]\ncommand = set\nbelong module = lamp\n# 0 to 100\n"
                "instruction = 0x901\npara format = d\ndescription = set it\n");
     auto service = std::make_unique<Service>();
-    for (const std::string& block : ConsoleBlocks("README.md")) {
+    for (const std::string& block : Blocks("README.md", "console")) {
         ExpectReal(block);
     }
     service.reset();
-    root.Write("lamp/cmds.conf", Block("docs/catalogue.md", "conf lamp/cmds.conf"));
+    root.Write("lamp/cmds.conf", Blocks("docs/catalogue.md", "conf lamp/cmds.conf").at(0));
     std::filesystem::create_directories("build/host");
     std::filesystem::create_directory_symlink("../../root", "build/host/root");
-    std::vector<std::string> blocks = ConsoleBlocks("docs/catalogue.md");
+    std::vector<std::string> blocks = Blocks("docs/catalogue.md", "console");
     const std::string tryIt = blocks.back();
     blocks.pop_back();
     for (const std::string& block : blocks) {

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "platform/ko_cfg_file.h"
 #include "platform/ko_file.h"
 #include "platform/ko_securec.h"
 #include "platform/parcel.h"
@@ -59,15 +58,6 @@ TEST(KoFileTest, RowsOfAnyLengthComeWholeAndCanBeGivenBackOnce) {
     EXPECT_TRUE(file.IsEOF());
     EXPECT_EQ("", file.NextRow());
     EXPECT_EQ(rows.size(), file.RowNumber());
-}
-
-TEST(ConfigFileTest, WhatCannotBeAPathIsNotFound) {
-    const ExampleRoot root;
-    char path[kCfgPathSize] = {};
-    EXPECT_EQ(path, ko_get_one_cfg_file("atv/dbg/mods.conf", CUST_TYPE_CONFIG, path));
-    EXPECT_EQ(nullptr, ko_get_one_cfg_file("atv/dbg/mods.conf", CUST_TYPE_CONFIG + 1, path));
-    const std::string tooLong = std::string(kCfgPathSize, '/') + "atv/dbg/mods.conf";
-    EXPECT_EQ(nullptr, ko_get_one_cfg_file(tooLong.c_str(), CUST_TYPE_CONFIG, path));
 }
 
 TEST(SecurecTest, NothingIsWrittenPastTheCapacity) {

@@ -18,11 +18,11 @@
 namespace {
 
 void Exec(const std::string& program, const std::vector<std::string>& arguments) {
-    std::istringstream emulator(KO_EMULATOR);
-    std::vector<std::string> words{std::istream_iterator<std::string>(emulator), {}};
-    words.push_back(KO_BIN_DIR "/" + program);
-    if (program.front() == '/') {
-        words = {program};
+    std::vector<std::string> words = {program};
+    if (program.front() != '/') {
+        std::istringstream emulator(KO_EMULATOR);
+        words.assign(std::istream_iterator<std::string>(emulator), {});
+        words.push_back(KO_BIN_DIR "/" + program);
     }
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv;

@@ -12,10 +12,10 @@
 #include "common/ko_mw_array.h"
 #include "console/ko_mutex.h"
 #include "lineedit/ko_stream.h"
+#include "page/share_page.h"
 #include "platform/ko_mw_thread.h"
 #include "platform/ko_types.h"
 #include "platform/parcel.h"
-#include "request/share_page.h"
 
 // The console. One object a process, created by main and never destroyed. Everything runs on the
 // main thread but the signal actions, which the watcher thread carries out.

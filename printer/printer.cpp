@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "format/format_letters.h"
 #include "platform/ko_log.h"
 #include "platform/ko_securec.h"
-#include "printer/format_letters.h"
 
 namespace {
 

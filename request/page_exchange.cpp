@@ -3,8 +3,8 @@
 #include <string>
 
 #include "console/ko_cmd_debug.h"
+#include "page/share_page_client.h"
 #include "printer/printer.h"
-#include "request/share_page_client.h"
 
 int KoCmdDebug::CopyCmdToBuf(const char* cmd, android::Parcel& request) {
     if (request.data() == nullptr) {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "console/ko_cmd_debug.h"
-#include "printer/format_letters.h"
+#include "format/format_letters.h"
 
 namespace {
 

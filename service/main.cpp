@@ -8,11 +8,11 @@
 #include <cstring>
 #include <optional>
 
+#include "page/tv_service_page.h"
 #include "platform/device_root.h"
 #include "platform/read_number.h"
 #include "platform/sleep_once.h"
 #include "service/tv_service.h"
-#include "service/tv_service_page.h"
 
 namespace {
 

@@ -5,9 +5,9 @@
 #include <list>
 #include <utility>
 
+#include "format/format_letters.h"
+#include "page/share_page.h"
 #include "platform/ko_securec.h"
-#include "printer/format_letters.h"
-#include "request/share_page.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "catalogue/ko_file_parse.h"
+#include "format/parcel_fields.h"
 #include "platform/parcel.h"
-#include "request/parcel_fields.h"
 
 // Plays the television: answers every command of a catalogue with values of the right types. A
 // reply takes its values from the request's arguments where the types agree, so that what was typed

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "request/share_page_client.h"
+#include "page/share_page_client.h"
 #include "tests/support/child.h"
 #include "tests/support/played_page.h"
 #include "tests/support/test_root.h"

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "console/ko_cmd_debug.h"
-#include "request/share_page_client.h"
+#include "page/share_page_client.h"
 #include "tests/support/played_page.h"
 #include "tests/support/test_root.h"
 

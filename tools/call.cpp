@@ -5,12 +5,12 @@
 #include <cstring>
 #include <set>
 
+#include "format/parcel_fields.h"
+#include "page/page_mapping.h"
+#include "page/share_page_client.h"
 #include "platform/device_root.h"
 #include "platform/unique_fd.h"
 #include "printer/printer.h"
-#include "request/page_mapping.h"
-#include "request/parcel_fields.h"
-#include "request/share_page_client.h"
 #include "tools/commands.h"
 #include "tools/exit_status.h"
 #include "tools/json.h"

@@ -6,8 +6,8 @@
 
 #include "catalogue/ko_file_parse.h"
 #include "catalogue/row_grammar.h"
-#include "printer/format_letters.h"
-#include "request/share_page.h"
+#include "format/format_letters.h"
+#include "page/share_page.h"
 #include "tools/catalogue_blocks.h"
 #include "tools/check.h"
 #include "tools/strict_argument.h"

@@ -1,8 +1,8 @@
 #include <cstring>
 
-#include "printer/format_letters.h"
-#include "request/parcel_fields.h"
-#include "request/share_page.h"
+#include "format/format_letters.h"
+#include "format/parcel_fields.h"
+#include "page/share_page.h"
 #include "tools/commands.h"
 #include "tools/exit_status.h"
 #include "tools/prepared_call.h"

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "request/parcel_fields.h"
+#include "format/parcel_fields.h"
 
 // The text as a JSON string: what is no UTF-8 becomes U+FFFD, control bytes are escaped.
 std::string JsonString(std::string_view text);

@@ -1,7 +1,7 @@
 #include <cstdio>
 
 #include "catalogue/ko_file_parse.h"
-#include "printer/format_letters.h"
+#include "format/format_letters.h"
 #include "tools/catalogue_source.h"
 #include "tools/commands.h"
 #include "tools/exit_status.h"

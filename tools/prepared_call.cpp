@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "console/ko_cmd_debug.h"
-#include "printer/format_letters.h"
+#include "format/format_letters.h"
 #include "tools/catalogue_source.h"
 #include "tools/strict_argument.h"
 #include "tools/text.h"

@@ -1,7 +1,7 @@
 #include <cstring>
 
 #include "console/ko_cmd_debug.h"
-#include "request/parcel_fields.h"
+#include "format/parcel_fields.h"
 #include "tests/fuzz/fuzz_input.h"
 
 // Parts: para format, argument text.

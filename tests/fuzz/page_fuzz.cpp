@@ -3,10 +3,10 @@
 #include <atomic>
 #include <thread>
 
+#include "page/page_mapping.h"
+#include "page/share_page_client.h"
 #include "platform/unique_fd.h"
 #include "printer/printer.h"
-#include "request/page_mapping.h"
-#include "request/share_page_client.h"
 #include "tests/fuzz/fuzz_input.h"
 #include "tests/fuzz/memory_file.h"
 

@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-#include "request/page_mapping.h"
-#include "service/tv_service_page.h"
+#include "page/page_mapping.h"
+#include "page/tv_service_page.h"
 
 // The page of a TestRoot with its service in the hands of the test. A second mapping, as another
 // process has it, reaches every byte.

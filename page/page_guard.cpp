@@ -1,4 +1,4 @@
-#include "request/page_guard.h"
+#include "page/page_guard.h"
 
 #include <csetjmp>
 #include <csignal>

@@ -1,13 +1,13 @@
-#include "request/share_page_client.h"
+#include "page/share_page_client.h"
 
 #include <sys/stat.h>
 
 #include <array>
 #include <utility>
 
+#include "page/page_guard.h"
 #include "platform/ko_securec.h"
 #include "platform/sleep_once.h"
-#include "request/page_guard.h"
 
 SharePageClient::SharePageClient(SharePage* page, std::string path, std::chrono::nanoseconds step)
     : m_page(page), m_path(std::move(path)), m_step(step) {}

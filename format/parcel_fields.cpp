@@ -1,10 +1,10 @@
-#include "request/parcel_fields.h"
+#include "format/parcel_fields.h"
 
 #include <limits>
 #include <utility>
 
+#include "format/format_letters.h"
 #include "platform/ko_securec.h"
-#include "printer/format_letters.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "service/tv_service_page.h"
+#include "page/tv_service_page.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -6,10 +6,10 @@
 #include <array>
 #include <cerrno>
 
+#include "page/page_guard.h"
 #include "platform/ko_securec.h"
 #include "platform/sleep_once.h"
 #include "platform/unique_fd.h"
-#include "request/page_guard.h"
 
 namespace {
 

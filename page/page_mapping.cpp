@@ -1,4 +1,4 @@
-#include "request/page_mapping.h"
+#include "page/page_mapping.h"
 
 #include <sys/mman.h>
 

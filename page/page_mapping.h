@@ -1,6 +1,6 @@
 #pragma once
 
-#include "request/share_page.h"
+#include "page/share_page.h"
 
 // Owns one shared mapping of a page file and removes it at the end.
 class PageMapping {

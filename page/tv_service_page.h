@@ -3,8 +3,8 @@
 #include <chrono>
 #include <string>
 
+#include "page/page_mapping.h"
 #include "platform/parcel.h"
-#include "request/page_mapping.h"
 
 // The service's half of the page protocol: wait for a request, answer it. One thread, one exchange
 // at a time. A service of one's own needs this class and a handler, nothing else of the console.

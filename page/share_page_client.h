@@ -6,8 +6,8 @@
 #include <optional>
 #include <string>
 
+#include "page/share_page.h"
 #include "platform/parcel.h"
-#include "request/share_page.h"
 
 // The console's half of the page protocol: post a request, look until the reply is there, take it.
 // One exchange at a time. The page may lose its file or be scribbled on at any time without harm to

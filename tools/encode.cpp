@@ -2,6 +2,7 @@
 
 #include "format/format_letters.h"
 #include "format/parcel_fields.h"
+#include "format/printable.h"
 #include "page/share_page.h"
 #include "tools/commands.h"
 #include "tools/exit_status.h"

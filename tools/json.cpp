@@ -2,8 +2,8 @@
 
 #include <cmath>
 
+#include "format/utf8.h"
 #include "platform/ko_securec.h"
-#include "platform/string16.h"
 
 namespace {
 
@@ -24,10 +24,8 @@ struct JsonOf {
 }  // namespace
 
 std::string JsonString(std::string_view text) {
-    // cppcheck-suppress danglingTemporaryLifetime ; the units are copied out of the text
-    const android::String8 valid(android::String16(text.data(), text.size()));
     std::string json = "\"";
-    for (const char byte : std::string_view(valid.string(), valid.size())) {
+    for (const char byte : ValidUtf8(text)) {
         if (byte == '"' || byte == '\\') {
             json += '\\';
         }

@@ -2,6 +2,7 @@
 
 #include "catalogue/ko_file_parse.h"
 #include "format/format_letters.h"
+#include "format/printable.h"
 #include "tools/catalogue_source.h"
 #include "tools/commands.h"
 #include "tools/exit_status.h"

@@ -5,7 +5,7 @@
 #include <ios>
 #include <sstream>
 
-#include "platform/string16.h"
+#include "format/utf8.h"
 
 namespace {
 
@@ -46,8 +46,7 @@ std::string TextFault(const std::string& word) {
     if (word.find_first_of(" \t\n\v\f\r") != std::string::npos) {
         return "holds a blank, and no argument can";
     }
-    const android::String8 sent{android::String16(word.c_str())};
-    return sent.string() != word ? "is not UTF-8" : "";
+    return ValidUtf8(word) != word ? "is not UTF-8" : "";
 }
 
 }  // namespace

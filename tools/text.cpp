@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "format/printable.h"
 #include "platform/ko_securec.h"
-#include "platform/string16.h"
 
 namespace {
 
 constexpr std::size_t kQuotedSize = 60;
-constexpr unsigned char kDelete = 0x7F;
 
 bool IsContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
@@ -21,23 +20,6 @@ std::size_t Columns(const std::string& text) {
 }
 
 }  // namespace
-
-std::string Printable(std::string_view text) {
-    // The decoder replaces what is no UTF-8.
-    const android::String8 valid(android::String16(text.data(), text.size()));
-    std::string shown;
-    for (const char byte : std::string_view(valid.string(), valid.size())) {
-        const auto code = static_cast<unsigned char>(byte);
-        if (code < ' ' || code == kDelete) {
-            char escape[8];
-            sprintf_s(escape, sizeof(escape), "\\x%02x", static_cast<unsigned int>(code));
-            shown += escape;
-        } else {
-            shown += byte;
-        }
-    }
-    return shown;
-}
 
 std::string Quoted(std::string_view text) {
     if (text.size() <= kQuotedSize) {

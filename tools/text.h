@@ -5,9 +5,6 @@
 #include <string_view>
 #include <vector>
 
-// The text as any terminal can show it: valid UTF-8, control bytes as "\x1b".
-std::string Printable(std::string_view text);
-
 // The text of one row, printable, in double quotes and cut after 60 bytes.
 std::string Quoted(std::string_view text);
 

@@ -1,0 +1,33 @@
+#include "format/printable.h"
+
+#include "format/utf8.h"
+#include "platform/ko_securec.h"
+
+namespace {
+
+// Below U+0100 the last byte of a control character is its number.
+bool IsControl(std::string_view character) {
+    const auto last = static_cast<unsigned char>(character.back());
+    if (character.size() == 1) {
+        return last < ' ' || last == 0x7F;
+    }
+    return character.size() == 2 && character.front() == '\xC2' && last < 0xA0;
+}
+
+}  // namespace
+
+std::string Printable(std::string_view text) {
+    std::string shown;
+    while (!text.empty()) {
+        const std::string_view character = TakeUtf8(text);
+        if (IsControl(character)) {
+            char escape[8];
+            sprintf_s(escape, sizeof(escape), "\\x%02x",
+                      static_cast<unsigned int>(static_cast<unsigned char>(character.back())));
+            shown += escape;
+        } else {
+            shown += character;
+        }
+    }
+    return shown;
+}

@@ -71,6 +71,7 @@ void KoCmdDebug::Exec() {
         }
         g_pSharePage = static_cast<SharePage*>(
             mmap(nullptr, kPageSize, PROT_READ | PROT_WRITE, MAP_SHARED, swapFile.Get(), 0));
+        m_pageLock = PageLock(swapFile.Get());
     }
     if (g_pSharePage == MAP_FAILED) {
         std::perror("map share memery failed!\n");

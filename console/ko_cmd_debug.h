@@ -12,6 +12,7 @@
 #include "common/ko_mw_array.h"
 #include "console/ko_mutex.h"
 #include "lineedit/ko_stream.h"
+#include "page/page_lock.h"
 #include "page/share_page.h"
 #include "platform/ko_mw_thread.h"
 #include "platform/ko_types.h"
@@ -139,6 +140,7 @@ private:
     std::string m_strPrompt;
     void (*m_pfnRelease)(const void*) = nullptr;
     KoMWThread m_sigThread;
+    PageLock m_pageLock;  // on the file that is mapped
 };
 
 // The default release callback; does nothing.

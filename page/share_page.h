@@ -1,6 +1,9 @@
 #pragma once
 
+#include <fcntl.h>
+
 #include <atomic>
+#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -50,4 +53,24 @@ inline void StoreHeader(SharePage& page, std::uint8_t flags, std::size_t length)
     std::uint64_t word = 0;
     std::memcpy(&word, &header, sizeof(word));
     page.header.store(word, std::memory_order_release);
+}
+
+// The bytes of the page's file that its users lock, by open-file-description locks, which nobody is
+// made to heed: a client's from before it writes a request until it has copied the reply, a
+// service's while it serves. The kernel gives them back however the holder ends.
+enum class PageLockByte : off_t { kClient = 0, kService = 1 };
+
+enum class PageLockMode { kTry, kWait, kRelease };
+
+// Takes or releases a lock through a descriptor of the page's file. 0, or the error number: EAGAIN
+// while somebody else holds it, EINTR when a signal handler ended the wait, any other where kernel,
+// file system or a policy has no such locks to give.
+inline int LockPage(int file, PageLockByte byte, PageLockMode mode) {
+    struct flock range = {};
+    range.l_type = mode == PageLockMode::kRelease ? F_UNLCK : F_WRLCK;
+    range.l_whence = SEEK_SET;
+    range.l_start = static_cast<off_t>(byte);
+    range.l_len = 1;
+    const int command = mode == PageLockMode::kWait ? F_OFD_SETLKW : F_OFD_SETLK;
+    return fcntl(file, command, &range) == 0 ? 0 : errno;
 }

@@ -1,83 +1,153 @@
 #include "page/tv_service_page.h"
 
-#include <fcntl.h>
+#include <sched.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
-#include <array>
-#include <cerrno>
-
-#include "page/page_guard.h"
-#include "platform/ko_securec.h"
-#include "platform/sleep_once.h"
-#include "platform/unique_fd.h"
+#include <cstring>
+#include <ctime>
 
 namespace {
 
 constexpr mode_t kFileMode = 0660;
-constexpr mode_t kFolderMode = 0770;
 
-// Makes every missing folder of the path.
-bool MakeFolders(const std::string& path) {
-    for (std::size_t slash = path.find('/', 1); slash != std::string::npos;
-         slash = path.find('/', slash + 1)) {
-        if (mkdir(path.substr(0, slash).c_str(), kFolderMode) != 0 && errno != EEXIST) {
-            return false;
-        }
+bool Fail(std::string& reason) {
+    reason = std::strerror(errno);
+    return false;
+}
+
+// Says why no page can be there; empty for a regular file.
+const char* TypeFault(const struct stat& info) {
+    if (S_ISREG(info.st_mode)) {
+        return "";
     }
-    return true;
+    return S_ISLNK(info.st_mode) ? "is a symbolic link" : "is no regular file";
+}
+
+// False when a signal handler ended the sleep.
+bool Sleep(std::chrono::nanoseconds time) {
+    if (time.count() == 0) {
+        sched_yield();
+        return true;
+    }
+    constexpr int kNano = 1'000'000'000;
+    timespec step = {};
+    step.tv_sec = static_cast<std::time_t>(time.count() / kNano);
+    step.tv_nsec = static_cast<long>(time.count() % kNano);
+    return nanosleep(&step, nullptr) == 0;
 }
 
 }  // namespace
 
-bool TvServicePage::Open(const std::string& path) {
-    if (!MakeFolders(path)) {
-        return false;
+bool TvServicePage::Open(const std::string& path, std::string& error) {
+    Close();
+    if (OpenFile(path, error) && LockFile(error) && MapFile(error)) {
+        return true;
     }
-    const UniqueFd fd(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kFileMode));
-    // The umask of whoever starts the service must not keep the console out.
-    if (!fd.IsOpen() || fchmod(fd.Get(), kFileMode) != 0 || ftruncate(fd.Get(), kPageSize) != 0) {
-        return false;
-    }
-    m_mapping = PageMapping(fd.Get());
-    return m_mapping.Get() != nullptr;
+    Close();
+    error.insert(0, path + ": ");
+    return false;
 }
 
-bool TvServicePage::WaitRequest(std::chrono::nanoseconds timeout, android::Parcel& request) {
+void TvServicePage::Close() {
+    if (m_page != nullptr) {
+        munmap(m_page, kPageSize);
+        m_page = nullptr;
+    }
+    if (m_file >= 0) {
+        close(m_file);
+        m_file = -1;
+    }
+}
+
+// Opens nothing but a regular file: to open a device may already change it.
+bool TvServicePage::OpenFile(const std::string& path, std::string& reason) {
+    constexpr int kFlags = O_RDWR | O_NOFOLLOW | O_CLOEXEC;
+    m_file = open(path.c_str(), kFlags | O_CREAT | O_EXCL, kFileMode);
+    if (m_file >= 0) {
+        // The umask of whoever starts the service must not keep the console out.
+        return fchmod(m_file, kFileMode) == 0 || Fail(reason);
+    }
+    struct stat info = {};
+    if (errno != EEXIST || lstat(path.c_str(), &info) != 0) {
+        return Fail(reason);
+    }
+    reason = TypeFault(info);
+    if (!reason.empty()) {
+        return false;
+    }
+    m_file = open(path.c_str(), kFlags | O_NONBLOCK | O_NOCTTY);
+    if (m_file < 0 || fstat(m_file, &info) != 0) {
+        return Fail(reason);
+    }
+    reason = TypeFault(info);
+    return reason.empty();
+}
+
+bool TvServicePage::LockFile(std::string& reason) {
+    m_lockError = LockPage(m_file, PageLockByte::kService, PageLockMode::kTry);
+    if (m_lockError == EAGAIN) {
+        reason = "another service serves it";
+    }
+    return m_lockError != EAGAIN;
+}
+
+bool TvServicePage::MapFile(std::string& reason) {
+    struct stat info = {};
+    if (fstat(m_file, &info) != 0 || (info.st_size < static_cast<off_t>(kPageSize) &&
+                                      ftruncate(m_file, static_cast<off_t>(kPageSize)) != 0)) {
+        return Fail(reason);
+    }
+    void* page = mmap(nullptr, kPageSize, PROT_READ | PROT_WRITE, MAP_SHARED, m_file, 0);
+    if (page == MAP_FAILED) {
+        return Fail(reason);
+    }
+    m_page = static_cast<SharePage*>(page);
+    return true;
+}
+
+template <typename Access>
+bool TvServicePage::Touch(Access access) const {
+    if (m_page == nullptr) {
+        return false;
+    }
+    if (m_guard != nullptr) {
+        return m_guard([](void* raw) { (*static_cast<Access*>(raw))(); }, &access);
+    }
+    access();
+    return true;
+}
+
+bool TvServicePage::WaitRequest(std::chrono::nanoseconds timeout,
+                                std::vector<std::uint8_t>& request) {
     const auto end = std::chrono::steady_clock::now() + timeout;
     for (;;) {
         if (TakeRequest(request)) {
             return true;
         }
-        if (std::chrono::steady_clock::now() >= end || !SleepOnce(m_step)) {
+        if (std::chrono::steady_clock::now() >= end || !Sleep(m_step)) {
             return false;
         }
     }
 }
 
-bool TvServicePage::TakeRequest(android::Parcel& request) {
-    const SharePage* page = m_mapping.Get();
+bool TvServicePage::TakeRequest(std::vector<std::uint8_t>& request) {
     SharePageHeader header = {};
-    std::array<std::uint8_t, kDataCapacity> bytes;
-    const bool touched =
-        page != nullptr && GuardPageAccess([&] {
-            header = LoadHeader(*page);
-            if ((header.flags & kRequestPosted) != 0 && header.length <= kDataCapacity) {
-                memcpy_s(bytes.data(), bytes.size(), page->data, header.length);
-            }
-        });
-    if (!touched || (header.flags & kRequestPosted) == 0) {
+    if (!Touch([&] { header = LoadHeader(*m_page); }) || (header.flags & kRequestPosted) == 0) {
         return false;
     }
-    return request.setData(bytes.data(), header.length <= kDataCapacity ? header.length : 0) == 0;
+    request.resize(header.length <= kDataCapacity ? header.length : 0);
+    return request.empty() ||
+           Touch([&] { std::memcpy(request.data(), m_page->data, request.size()); });
 }
 
-bool TvServicePage::PostReply(const android::Parcel& reply) {
-    SharePage* page = m_mapping.Get();
-    if (page == nullptr || reply.data() == nullptr || reply.dataSize() > kDataCapacity) {
+bool TvServicePage::PostReply(const std::uint8_t* reply, std::size_t size) {
+    if (reply == nullptr || size == 0 || size > kDataCapacity) {
         return false;
     }
-    return GuardPageAccess([&] {
-        memcpy_s(page->data, kDataCapacity, reply.data(), reply.dataSize());
-        StoreHeader(*page, kReplyReady, reply.dataSize());
+    return Touch([&] {
+        std::memcpy(m_page->data, reply, size);
+        StoreHeader(*m_page, kReplyReady, size);
     });
 }

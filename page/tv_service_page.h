@@ -1,38 +1,67 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <string>
+#include <vector>
 
-#include "page/page_mapping.h"
-#include "platform/parcel.h"
+#include "page/share_page.h"
 
 // The service's half of the page protocol: wait for a request, answer it. One thread, one exchange
-// at a time. A service of one's own needs this class and a handler, nothing else of the console.
+// at a time. It needs nothing of the console and nothing of the platform but the C++ library: a
+// service takes this class, from page/tv_service_page.h, page/tv_service_page.cpp and
+// page/share_page.h, and a handler of its own.
 class TvServicePage {
 public:
     // The service looks for a request in steps of this length.
     static constexpr std::chrono::milliseconds kLookStep{1};
 
-    explicit TvServicePage(std::chrono::nanoseconds step = kLookStep) : m_step(step) {}
+    // Runs `access(argument)` and says whether it could touch the page. RunGuarded of
+    // page/page_guard.h is one; it needs the process's SIGBUS.
+    using Guard = bool (*)(void (*access)(void*), void* argument);
 
-    // Creates the page file (mode 0660) and its folder where they are missing, gives the file its
-    // 4096 bytes and maps it. False on failure; errno says why. The file stays when the service
-    // ends.
-    bool Open(const std::string& path);
+    // Without a guard the page is touched as it is: should somebody cut the page's file to nothing,
+    // the next access raises SIGBUS.
+    explicit TvServicePage(Guard guard = nullptr, std::chrono::nanoseconds step = kLookStep)
+        : m_guard(guard), m_step(step) {}
+    ~TvServicePage() { Close(); }
+    TvServicePage(const TvServicePage&) = delete;
+    TvServicePage& operator=(const TvServicePage&) = delete;
 
-    // Waits up to `timeout` and loads the next request, rewound. False when none came, a signal
-    // arrived, or the page cannot be read. A request with a length beyond the page comes as an
-    // empty parcel, for the handler to refuse.
-    bool WaitRequest(std::chrono::nanoseconds timeout, android::Parcel& request);
+    // Takes the service's lock on the page's file, gives the file at least 4096 bytes and maps it,
+    // until this object ends; the file stays. A missing file is created with mode 0660, whatever
+    // the umask; one that is there keeps its mode, owner and content. False, with `error` as
+    // "path: reason", when the path is a symbolic link or no regular file, another service has the
+    // lock, or the system refuses.
+    bool Open(const std::string& path, std::string& error);
+
+    // After Open: 0, or the error number for which kernel, file system or a policy gave no lock;
+    // then nothing keeps a second service off the page.
+    int LockError() const { return m_lockError; }
+
+    // Waits up to `timeout` and copies the next request out of the page. False when none came, a
+    // signal handler ran, or the page cannot be read. A request with a length beyond the page comes
+    // without bytes, for the handler to refuse.
+    bool WaitRequest(std::chrono::nanoseconds timeout, std::vector<std::uint8_t>& request);
 
     // Writes the reply, then its length and the ready flag in one step, and withdraws the request
     // flag. False with nothing written when the reply is empty or has more than 4088 bytes, or the
     // page cannot be written; the request then stands and comes again.
-    bool PostReply(const android::Parcel& reply);
+    bool PostReply(const std::uint8_t* reply, std::size_t size);
 
 private:
-    bool TakeRequest(android::Parcel& request);
+    void Close();
+    bool OpenFile(const std::string& path, std::string& reason);
+    bool LockFile(std::string& reason);
+    bool MapFile(std::string& reason);
+    bool TakeRequest(std::vector<std::uint8_t>& request);
+    template <typename Access>
+    bool Touch(Access access) const;
 
+    Guard m_guard;
     std::chrono::nanoseconds m_step;
-    PageMapping m_mapping;
+    int m_file = -1;  // kept open for its lock
+    int m_lockError = 0;
+    SharePage* m_page = nullptr;
 };

@@ -1,13 +1,17 @@
 #include <getopt.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <optional>
+#include <system_error>
+#include <vector>
 
+#include "format/printable.h"
+#include "page/page_guard.h"
 #include "page/tv_service_page.h"
 #include "platform/device_root.h"
 #include "platform/read_number.h"
@@ -21,7 +25,7 @@ constexpr int kExitUsage = 2;
 constexpr std::chrono::milliseconds kStopCheck{100};
 
 constexpr char kUsage[] =
-    "usage: ko_tv_service [--delay MS] [--status N] [--records N]\n"
+    "usage: ko_tv_service [--delay MS] [--status N] [--records N] [--accept-old]\n"
     "\n"
     "Plays the TV middleware service: answers the commands of the catalogue through\n"
     "the shared page, with values of the right types. Prints a line for each exchange.\n"
@@ -29,6 +33,8 @@ constexpr char kUsage[] =
     "  --delay MS    wait so long before each answer\n"
     "  --status N    answer every command with this status\n"
     "  --records N   put N records into each reply (1)\n"
+    "  --accept-old  carry out a request that is there at the start; it may have been\n"
+    "                carried out before\n"
     "  --help        print this\n"
     "\n"
     "SIGINT or SIGTERM ends it.\n";
@@ -36,6 +42,7 @@ constexpr char kUsage[] =
 struct Settings {
     TvService::Options service;
     std::chrono::milliseconds delay{0};
+    bool acceptOld = false;
 };
 
 volatile std::sig_atomic_t g_stop = 0;
@@ -50,11 +57,10 @@ void CatchStopSignals() {
 
 // Nothing when the process is to end with `status` at once.
 std::optional<Settings> ReadOptions(int argc, char** argv, int& status) {
-    static const option kOptions[] = {{"delay", required_argument, nullptr, 'd'},
-                                      {"status", required_argument, nullptr, 's'},
-                                      {"records", required_argument, nullptr, 'r'},
-                                      {"help", no_argument, nullptr, 'h'},
-                                      {}};
+    static const option kOptions[] = {
+        {"delay", required_argument, nullptr, 'd'},   {"status", required_argument, nullptr, 's'},
+        {"records", required_argument, nullptr, 'r'}, {"accept-old", no_argument, nullptr, 'a'},
+        {"help", no_argument, nullptr, 'h'},          {}};
     Settings settings;
     bool good = true;
     for (int letter = 0; good && (letter = getopt_long(argc, argv, "", kOptions, nullptr)) != -1;) {
@@ -67,6 +73,9 @@ std::optional<Settings> ReadOptions(int argc, char** argv, int& status) {
                 break;
             case 'r':
                 good = ReadNumber(optarg, settings.service.records);
+                break;
+            case 'a':
+                settings.acceptOld = true;
                 break;
             case 'h':
                 std::fputs(kUsage, stdout);
@@ -93,19 +102,49 @@ void Delay(std::chrono::milliseconds delay) {
     }
 }
 
+void Post(TvServicePage& page, const TvService::Answer& answer) {
+    const bool posted = page.PostReply(answer.reply.data(), answer.reply.size());
+    // A request's texts are whatever a client sends.
+    std::printf("%s%s\n", Printable(answer.summary).c_str(), posted ? "" : " (not posted)");
+}
+
+// Whether a request that is there at the start was carried out before nobody knows.
+void RefuseOld(TvServicePage& page) {
+    std::vector<std::uint8_t> request;
+    if (page.WaitRequest(std::chrono::milliseconds(0), request)) {
+        Post(page, TvService::RefuseOld(request));
+    }
+}
+
 void Serve(TvServicePage& page, const TvService& service, std::chrono::milliseconds delay) {
     while (g_stop == 0) {
-        android::Parcel request;
+        std::vector<std::uint8_t> request;
         if (!page.WaitRequest(kStopCheck, request)) {
             continue;
         }
         const TvService::Answer answer = service.Handle(request);
         Delay(delay);
         if (g_stop == 0) {
-            const bool posted = page.PostReply(answer.reply);
-            std::printf("%s%s\n", answer.summary.c_str(), posted ? "" : " (not posted)");
+            Post(page, answer);
         }
     }
+}
+
+// False after a message.
+bool Open(TvServicePage& page) {
+    std::error_code ignored;
+    std::filesystem::create_directories(std::filesystem::path(kSharePageFile).parent_path(),
+                                        ignored);
+    std::string error;
+    if (!page.Open(kSharePageFile, error)) {
+        std::fprintf(stderr, "ko_tv_service: %s\n", error.c_str());
+        return false;
+    }
+    if (page.LockError() != 0) {
+        std::fprintf(stderr, "ko_tv_service: %s cannot be locked, and is served without: %s\n",
+                     kSharePageFile, std::strerror(page.LockError()));
+    }
+    return true;
 }
 
 }  // namespace
@@ -120,10 +159,12 @@ int main(int argc, char** argv) {
     CatchStopSignals();
     KoFileParse catalogue;
     catalogue.Init();
-    TvServicePage page;
-    if (!page.Open(kSharePageFile)) {
-        std::fprintf(stderr, "%s: %s\n", kSharePageFile, std::strerror(errno));
+    TvServicePage page(RunGuarded);
+    if (!Open(page)) {
         return kExitFailure;
+    }
+    if (!settings->acceptOld) {
+        RefuseOld(page);
     }
     const TvService service(catalogue, settings->service);
     std::printf("serving %zu commands on %s\n", service.CommandCount(), kSharePageFile);

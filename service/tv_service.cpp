@@ -86,32 +86,55 @@ private:
     int m_number = 0;
 };
 
+// The bytes and the text of one record.
+std::string WriteRecord(android::Parcel& record, const std::string& format, ReplyValues& values) {
+    std::string text;
+    for (const char letter : format) {
+        const FormatLetter* row = FindFormatLetter(letter);
+        if (row != nullptr && row->leastSize != 0) {
+            const FieldValue value = values.Next(letter);
+            WriteField(record, value);
+            text += " " + FieldText(value);
+        }
+    }
+    return text;
+}
+
 // Appends as many records as fit the page and describes their values.
-std::string AppendRecords(android::Parcel& reply, const std::string& format, unsigned int records,
+std::string AppendRecords(TvService::Bytes& reply, const std::string& format, unsigned int records,
                           const std::vector<ParcelField>& arguments) {
     std::string text;
     ReplyValues values(arguments);
     for (unsigned int i = 0; i < records; ++i) {
-        android::Parcel longer = reply;
-        std::string record;
-        for (const char letter : format) {
-            const FormatLetter* row = FindFormatLetter(letter);
-            if (row != nullptr && row->leastSize != 0) {
-                const FieldValue value = values.Next(letter);
-                WriteField(longer, value);
-                record += " " + FieldText(value);
-            }
-        }
-        if (longer.dataSize() == reply.dataSize()) {
+        android::Parcel record;
+        const std::string recordText = WriteRecord(record, format, values);
+        if (record.dataSize() == 0) {
             return text;  // a format without values: so are all further records
         }
-        if (longer.dataSize() > kDataCapacity) {
+        if (reply.size() + record.dataSize() > kDataCapacity) {
             return text + " (" + std::to_string(records - i) + " records do not fit)";
         }
-        reply = longer;
-        text += record;
+        reply.insert(reply.end(), record.data(), record.data() + record.dataSize());
+        text += recordText;
     }
     return text;
+}
+
+std::int32_t Instruction(const TvService::Bytes& request) {
+    android::Parcel parcel;
+    parcel.setData(request.data(), request.size());
+    return parcel.readInt32();
+}
+
+// An answer that is a status alone, as far as it goes.
+TvService::Answer StatusAnswer(std::int32_t instruct, const std::string& what,
+                               std::int32_t status) {
+    char number[16];
+    sprintf_s(number, sizeof(number), "0x%x", static_cast<std::uint32_t>(instruct));
+    android::Parcel reply;
+    reply.writeInt32(status);
+    return {{reply.data(), reply.data() + reply.dataSize()},
+            number + what + " -> status " + std::to_string(status)};
 }
 
 }  // namespace
@@ -124,28 +147,25 @@ TvService::TvService(const KoFileParse& catalogue, Options options) : m_options(
     }
 }
 
-TvService::Answer TvService::Handle(const android::Parcel& request) const {
-    std::int32_t instruct = 0;
+TvService::Answer TvService::RefuseOld(const Bytes& request) {
+    return StatusAnswer(Instruction(request), " was there before the start", kOldRequest);
+}
+
+TvService::Answer TvService::Handle(const Bytes& request) const {
+    const std::int32_t instruct = Instruction(request);
     std::vector<ParcelField> arguments;
     const KoFileParse::KoCmdInfo* cmd = Decode(request, instruct, arguments);
-    Answer answer;
-    char number[16];
-    sprintf_s(number, sizeof(number), "0x%x", static_cast<std::uint32_t>(instruct));
-    answer.summary = number;
-    std::int32_t status = m_options.status;
     if (cmd == nullptr) {
-        const bool known = m_cmds.find(instruct) != m_cmds.end();
-        status = known ? kBadRequest : kUnknownInstruction;
-        answer.summary += known ? " arguments do not decode" : " unknown instruction";
-    } else {
-        answer.summary += " " + cmd->m_strCmd;
-        for (const ParcelField& argument : arguments) {
-            answer.summary += " " + FieldText(argument.value);
-        }
+        return m_cmds.find(instruct) != m_cmds.end()
+                   ? StatusAnswer(instruct, " arguments do not decode", kBadRequest)
+                   : StatusAnswer(instruct, " unknown instruction", kUnknownInstruction);
     }
-    answer.reply.writeInt32(status);
-    answer.summary += " -> status " + std::to_string(status);
-    if (status == 0) {
+    std::string what = " " + cmd->m_strCmd;
+    for (const ParcelField& argument : arguments) {
+        what += " " + FieldText(argument.value);
+    }
+    Answer answer = StatusAnswer(instruct, what, m_options.status);
+    if (m_options.status == 0) {
         answer.summary +=
             AppendRecords(answer.reply, cmd->m_strPrintFmt, m_options.records, arguments);
     }
@@ -153,18 +173,15 @@ TvService::Answer TvService::Handle(const android::Parcel& request) const {
 }
 
 // The command that the request's number and fields belong to; null when there is none.
-const KoFileParse::KoCmdInfo* TvService::Decode(const android::Parcel& request,
-                                                std::int32_t& instruct,
+const KoFileParse::KoCmdInfo* TvService::Decode(const Bytes& request, std::int32_t instruct,
                                                 std::vector<ParcelField>& arguments) const {
-    instruct = request.readInt32();
-    if (request.dataSize() < sizeof(instruct)) {
+    if (request.size() < sizeof(instruct)) {
         return nullptr;
     }
     const auto [first, last] = m_cmds.equal_range(instruct);
     for (auto cmd = first; cmd != last; ++cmd) {
         android::Parcel rest;
-        rest.setData(request.data(), request.dataSize());
-        rest.readInt32();
+        rest.setData(request.data() + sizeof(instruct), request.size() - sizeof(instruct));
         auto fields = ReadFields(rest, cmd->second->m_strParaFmt);
         if (fields && rest.dataAvail() == 0) {
             arguments = std::move(*fields);

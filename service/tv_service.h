@@ -7,7 +7,6 @@
 
 #include "catalogue/ko_file_parse.h"
 #include "format/parcel_fields.h"
-#include "platform/parcel.h"
 
 // Plays the television: answers every command of a catalogue with values of the right types. A
 // reply takes its values from the request's arguments where the types agree, so that what was typed
@@ -22,9 +21,12 @@ public:
     // What the service answers when it cannot serve a request.
     static constexpr std::int32_t kUnknownInstruction = -1;
     static constexpr std::int32_t kBadRequest = -2;
+    static constexpr std::int32_t kOldRequest = -3;
+
+    using Bytes = std::vector<std::uint8_t>;  // of a parcel
 
     struct Answer {
-        android::Parcel reply;
+        Bytes reply;
         std::string summary;  // the exchange in one line, for people
     };
 
@@ -33,10 +35,14 @@ public:
 
     std::size_t CommandCount() const { return m_cmds.size(); }
 
-    Answer Handle(const android::Parcel& request) const;
+    Answer Handle(const Bytes& request) const;
+
+    // The answer to a request that was in the page before the service: perhaps it was carried out
+    // then.
+    static Answer RefuseOld(const Bytes& request);
 
 private:
-    const KoFileParse::KoCmdInfo* Decode(const android::Parcel& request, std::int32_t& instruct,
+    const KoFileParse::KoCmdInfo* Decode(const Bytes& request, std::int32_t instruct,
                                          std::vector<ParcelField>& arguments) const;
 
     std::multimap<std::int32_t, const KoFileParse::KoCmdInfo*> m_cmds;  // by instruction number

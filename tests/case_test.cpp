@@ -28,7 +28,8 @@ constexpr char kPrograms[] = "KO='" KO_EMULATOR " " KO_BIN_DIR
                              "/ko_cmd_tool'; "
                              "SERVICE='" KO_EMULATOR " " KO_BIN_DIR
                              "/ko_tv_service'; "
-                             "serve() { : >service.log; $SERVICE >>service.log 2>&1 & "
+                             "CALLS=" KO_CALLS "; "
+                             "serve() { : >service.log; $SERVICE \"$@\" >>service.log 2>&1 & "
                              "until grep -q serving service.log; do sleep 0.01; done; }\n";
 
 // "\r", "\t", "\b" and "\x1b" are those bytes, a backslash at the end of a row takes the line end

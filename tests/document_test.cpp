@@ -74,7 +74,8 @@ TEST(DocumentTest, TheBytesOfTheProtocolAreTheRealOnes) {
         Child console("ko_cmd_debug", {}, Child::Io::kPipes);
         console.Type(module + "\n" + command + arguments + "\n");
         EXPECT_EQ(DocumentedRows(command + "-request"), page.TakeRequest());
-        const Service service;
+        page.Die();
+        const Service service({"--accept-old"});
         console.ReadUntil("=\n");
         EXPECT_EQ(DocumentedRows(command + "-reply"), PageRows());
     }

@@ -13,36 +13,29 @@ TEST(ExchangeStressTest, AMillionExchangesMixNothing) {
     const TestRoot root;
     PlayedPage page;
     constexpr std::uint32_t kExchanges = KO_EXCHANGES;
+    using Bytes = std::vector<std::uint8_t>;
     const auto message = [](std::uint32_t number) {
-        std::vector<std::uint8_t> bytes(1 + (number * 7919U) % 97U,
-                                        static_cast<std::uint8_t>(number));
+        Bytes bytes(1 + (number * 7919U) % 97U, static_cast<std::uint8_t>(number));
         bytes.front() = static_cast<std::uint8_t>(number >> 8);
         return bytes;
-    };
-    const auto equal = [](const android::Parcel& parcel, const std::vector<std::uint8_t>& bytes) {
-        return std::equal(bytes.begin(), bytes.end(), parcel.data(),
-                          parcel.data() + parcel.dataSize());
     };
     const auto patience = std::chrono::milliseconds(kPatienceMs);
     const auto service = std::async(std::launch::async, [&] {
         for (std::uint32_t i = 0; i < kExchanges; ++i) {
-            android::Parcel request;
+            Bytes request;
             ASSERT_TRUE(page.Service().WaitRequest(patience, request));
-            ASSERT_TRUE(equal(request, message(2 * i))) << i;
-            android::Parcel reply;
-            const auto bytes = message(2 * i + 1);
-            reply.setData(bytes.data(), bytes.size());
-            ASSERT_TRUE(page.Service().PostReply(reply));
+            ASSERT_EQ(message(2 * i), request) << i;
+            const Bytes reply = message(2 * i + 1);
+            ASSERT_TRUE(page.Service().PostReply(reply.data(), reply.size()));
         }
     });
-    SharePageClient client(page.Get(), kTestPage, std::chrono::nanoseconds(0));
+    SharePageClient client(page.Get(), std::chrono::nanoseconds(0));
     for (std::uint32_t i = 0; i < kExchanges; ++i) {
-        const auto bytes = message(2 * i);
-        ASSERT_TRUE(client.Post(bytes.data(), bytes.size()));
-        ASSERT_EQ(SharePageClient::State::kReady,
-                  client.Wait(std::chrono::steady_clock::now() + patience));
-        android::Parcel reply;
-        ASSERT_TRUE(client.TakeReply(reply));
-        ASSERT_TRUE(equal(reply, message(2 * i + 1))) << i;
+        const Bytes request = message(2 * i);
+        ASSERT_EQ(PageResult::kDone, client.Post(request.data(), request.size()));
+        ASSERT_EQ(PageResult::kDone, client.Wait(std::chrono::steady_clock::now() + patience));
+        Bytes reply;
+        ASSERT_EQ(PageResult::kDone, client.TakeReply(reply));
+        ASSERT_EQ(message(2 * i + 1), reply) << i;
     }
 }

@@ -1,30 +1,32 @@
+#include <fcntl.h>
 #include <sys/mman.h>
 #include <unistd.h>
+
+#include <csignal>
 
 #include <gtest/gtest.h>
 
 #include "console/ko_cmd_debug.h"
+#include "page/page_guard.h"
 #include "page/share_page_client.h"
 #include "tests/support/played_page.h"
+#include "tests/support/recording_log.h"
 #include "tests/support/test_root.h"
 
 // What replies become stands in cases/console/replies.case; here is what no console shows.
 
 namespace {
 
-using State = SharePageClient::State;
-
 constexpr std::uint8_t kRequest[4] = {0xab, 0, 0, 0};
 
 class PageTest : public testing::Test {
 protected:
-    SharePageClient Client(const std::string& path) const {
-        return {m_page.Get(), path, std::chrono::nanoseconds(0)};
-    }
-
     TestRoot m_root;
     PlayedPage m_page;
+    SharePageClient m_client{m_page.Get(), std::chrono::nanoseconds(0)};
 };
+
+volatile std::sig_atomic_t g_earlierHandlerRan = 0;
 
 }  // namespace
 
@@ -39,42 +41,64 @@ TEST_F(PageTest, WhatCannotBePostedLeavesThePage) {
     EXPECT_EQ(-1, console.CopyCmdToBuf("c", empty));
     EXPECT_EQ(-1, console.CopyCmdToBuf("c", large));
     EXPECT_EQ("requestData is the null\n", testing::internal::GetCapturedStdout());
-    EXPECT_FALSE(m_page.Service().PostReply(empty));
-    EXPECT_FALSE(m_page.Service().PostReply(large));
+    EXPECT_FALSE(m_page.Service().PostReply(nullptr, 0));
+    EXPECT_FALSE(m_page.Service().PostReply(bytes.data(), bytes.size()));
     EXPECT_EQ(0, m_page.Get()->header.load());
     g_pSharePage = static_cast<SharePage*>(MAP_FAILED);
 }
 
 TEST_F(PageTest, APageThatVanishesUnderTheGuardKillsNobody) {
-    // A name that tells nothing leaves the guard alone to notice.
-    SharePageClient client = Client("no such file");
-    ASSERT_TRUE(client.Post(kRequest, sizeof(kRequest)));
+    ASSERT_EQ(PageResult::kDone, m_client.Post(kRequest, sizeof(kRequest)));
     ASSERT_EQ(0, truncate(kTestPage, 0));
-    EXPECT_FALSE(client.Post(kRequest, sizeof(kRequest)));
-    EXPECT_EQ(State::kFailed, client.Wait());
-    android::Parcel parcel;
-    EXPECT_FALSE(m_page.Service().WaitRequest(std::chrono::nanoseconds(0), parcel));
-    parcel.writeInt32(0);
-    EXPECT_FALSE(m_page.Service().PostReply(parcel));
+    EXPECT_EQ(PageResult::kPageGone, m_client.Post(kRequest, sizeof(kRequest)));
+    EXPECT_EQ(PageResult::kPageGone, m_client.Wait());
+    std::vector<std::uint8_t> request;
+    EXPECT_FALSE(m_page.Service().WaitRequest(std::chrono::nanoseconds(0), request));
+    EXPECT_FALSE(m_page.Service().PostReply(kRequest, sizeof(kRequest)));
 }
 
-TEST_F(PageTest, AFileThatBecomesShorterThanThePageEndsTheExchange) {
-    SharePageClient client = Client(kTestPage);
-    m_page.Reply("\x10\x20\x30\x40", 4);
-    ASSERT_EQ(State::kReady, client.Wait());
-    // The mapping still reads, as zeros.
-    ASSERT_EQ(0, truncate(kTestPage, 8));
-    android::Parcel reply;
-    EXPECT_FALSE(client.TakeReply(reply));
-    EXPECT_FALSE(client.Post(kRequest, sizeof(kRequest)));
+TEST_F(PageTest, TheGuardNestsUnblocksItsSignalAndPassesOthersOn) {
+    struct sigaction found = {};
+    sigaction(SIGBUS, nullptr, &found);
+    if (found.sa_handler != SIG_DFL) {
+        GTEST_SKIP() << "the guard has its handler since an earlier test of this process";
+    }
+    std::signal(SIGBUS, [](int) { g_earlierHandlerRan = 1; });
+    sigset_t bus;
+    sigemptyset(&bus);
+    sigaddset(&bus, SIGBUS);
+    pthread_sigmask(SIG_BLOCK, &bus, nullptr);
+    ASSERT_EQ(0, truncate(kTestPage, 0));
+    bool wentOn = false;
+    const auto read = [this] { static_cast<void>(LoadHeader(*m_page.Get())); };
+    EXPECT_FALSE(GuardPageAccess([&] {
+        const bool inner = GuardPageAccess(read);
+        wentOn = !inner;
+        read();
+        wentOn = false;
+    }));
+    EXPECT_TRUE(wentOn);
+    EXPECT_EQ(0, g_earlierHandlerRan);
+    sigset_t now;
+    pthread_sigmask(SIG_UNBLOCK, &bus, &now);
+    EXPECT_EQ(1, sigismember(&now, SIGBUS));
+    std::raise(SIGBUS);
+    EXPECT_EQ(1, g_earlierHandlerRan);
 }
 
 TEST_F(PageTest, PostingClearsAReplyFlagLeftBehind) {
     StoreHeader(*m_page.Get(), kReplyReady, 4);
-    SharePageClient client = Client(kTestPage);
-    ASSERT_TRUE(client.Post(kRequest, sizeof(kRequest)));
+    ASSERT_EQ(PageResult::kDone, m_client.Post(kRequest, sizeof(kRequest)));
     EXPECT_EQ(0x0000000400000001U, m_page.Get()->header.load());
-    SharePageHeader header = {};
-    EXPECT_EQ(State::kWaiting, client.Look(header));
-    EXPECT_EQ(State::kTimedOut, client.Wait(std::chrono::steady_clock::now()));
+    EXPECT_EQ(PageResult::kNotAnswered, m_client.Wait(std::chrono::steady_clock::now()));
+}
+
+TEST_F(PageTest, WithoutLocksEveryTurnIsGrantedAndTheLogSaysSoOnce) {
+    // A descriptor that cannot write gets no exclusive lock.
+    PageLock lock(UniqueFd(open(kTestPage, O_RDONLY | O_CLOEXEC)).Get());
+    g_logEntries.clear();
+    EXPECT_TRUE(lock.Take());
+    EXPECT_TRUE(lock.Take(std::chrono::steady_clock::now()));
+    ASSERT_EQ(1U, g_logEntries.size());
+    EXPECT_NE(std::string::npos, g_logEntries[0].find("cannot be locked")) << g_logEntries[0];
 }

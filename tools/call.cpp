@@ -1,73 +1,18 @@
-#include <fcntl.h>
-
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <set>
 
 #include "format/parcel_fields.h"
-#include "page/page_mapping.h"
-#include "page/share_page_client.h"
-#include "platform/device_root.h"
-#include "platform/unique_fd.h"
 #include "printer/printer.h"
 #include "tools/commands.h"
 #include "tools/exit_status.h"
 #include "tools/json.h"
+#include "tools/page_call.h"
 #include "tools/prepared_call.h"
 #include "tools/text.h"
 
 namespace {
 
-constexpr std::chrono::milliseconds kPollStep{10};
-constexpr char kCut[] = "cannot be read any more";
-
 using Record = std::vector<ParcelField>;
-
-std::string PageText(const char* what) {
-    return std::string("the page ") + kSharePageFile + " " + what;
-}
-
-int FailPage(const char* what) {
-    Complain(PageText(what));
-    return kExitPage;
-}
-
-// Puts the request into the page, but not over one that still waits for its answer.
-int Post(SharePageClient& client, const CommandLine& line, const android::Parcel& request) {
-    SharePageHeader header = {};
-    if (client.Look(header) == SharePageClient::State::kFailed) {
-        return FailPage("has less than 4096 bytes or cannot be read");
-    }
-    const bool taken = (header.flags & kRequestPosted) != 0 && (header.flags & kReplyReady) == 0;
-    if (taken && !line.force) {
-        return FailPage("holds somebody else's unanswered request; --force posts over it");
-    }
-    if (taken) {
-        Complain(PageText("held somebody else's unanswered request"));
-    }
-    return client.Post(request.data(), request.dataSize()) ? kExitDone
-                                                           : FailPage("cannot be written");
-}
-
-int TakeReply(SharePageClient& client, std::chrono::milliseconds timeout, android::Parcel& reply) {
-    switch (client.Wait(std::chrono::steady_clock::now() + timeout)) {
-        case SharePageClient::State::kReady:
-            break;
-        case SharePageClient::State::kTimedOut:
-            Complain("no answer within " + std::to_string(timeout.count()) +
-                     " ms; the request stays in the page");
-            return kExitNoAnswer;
-        default:
-            return FailPage(kCut);
-    }
-    if (client.TakeReply(reply)) {
-        return kExitDone;
-    }
-    SharePageHeader header = {};
-    const bool cut = client.Look(header) == SharePageClient::State::kFailed;
-    return FailPage(cut ? kCut : "holds a reply longer than itself");
-}
 
 // The reply's values, record by record. False when it holds anything else.
 bool ReadRecords(const android::Parcel& reply, const std::string& format,
@@ -156,17 +101,17 @@ int RunCall(const CommandLine& line) {
     if (!Prepare(line, call)) {
         return kExitNotSent;
     }
-    const UniqueFd file(open(kSharePageFile, O_RDWR | O_CLOEXEC));
-    const PageMapping mapping = file.IsOpen() ? PageMapping(file.Get()) : PageMapping();
-    if (mapping.Get() == nullptr) {
-        return FailPage(("cannot be used: " + std::string(std::strerror(errno))).c_str());
+    PageCall page;
+    const int opened = page.Open();
+    if (opened != kExitDone) {
+        return opened;
     }
-    SharePageClient client(mapping.Get(), kSharePageFile, kPollStep);
-    const int posted = Post(client, line, call.request);
-    if (posted != kExitDone) {
-        return posted;
+    std::vector<std::uint8_t> bytes;
+    const int exchanged = page.Exchange(call.request, line.timeout, line.force, bytes);
+    if (exchanged != kExitDone) {
+        return exchanged;
     }
     android::Parcel reply;
-    const int taken = TakeReply(client, line.timeout, reply);
-    return taken != kExitDone ? taken : PrintReply(*call.cmd, reply, line.json);
+    reply.setData(bytes.data(), bytes.size());
+    return PrintReply(*call.cmd, reply, line.json);
 }

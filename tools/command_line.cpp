@@ -20,10 +20,10 @@ struct ToolOption {
 
 constexpr ToolOption kToolOptions[] = {
     {'c', "catalogue", "DIR", "the folder of mods.conf and cmds.conf (the console's own)"},
-    {'f', "force", nullptr, "post over somebody else's unanswered request"},
+    {'f', "force", nullptr, "post over an unanswered request; its answer may come instead"},
     {'j', "json", nullptr, "print JSON, one object a line"},
     {'m', "markdown", nullptr, "print a reference page"},
-    {'t', "timeout", "MS", "wait so long for the answer (5000)"},
+    {'t', "timeout", "MS", "wait so long for the turn and the answer (5000)"},
 };
 constexpr char kHelpLetter = 'h';
 

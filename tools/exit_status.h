@@ -9,4 +9,5 @@ enum ExitStatus : int {
     kExitNoAnswer = 4,  // no answer in time
     kExitRefused = 5,   // the service refused
     kExitPage = 6,      // the page cannot be used, or the reply does not fit it or its format
+    kExitBusy = 7,      // others used the page all the time; nothing was sent
 };

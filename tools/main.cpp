@@ -32,7 +32,8 @@ constexpr ToolCommand kCommands[] = {
      "  3  no such catalogue, module or command, or a refused argument: nothing was sent\n"
      "  4  no answer in time\n"
      "  5  the service refused\n"
-     "  6  the page cannot be used, or the reply does not fit it or its format\n",
+     "  6  the page cannot be used, or the reply does not fit it or its format\n"
+     "  7  others used the page all the time: nothing was sent\n",
      "cjtf", 2, kAnyNumber, RunCall},
 };
 

@@ -33,15 +33,19 @@ void Scribble(SharePage& page, const std::vector<std::string>& versions,
 }
 
 void Exchange(SharePage& page, const std::string& format) {
-    SharePageClient client(&page, "", std::chrono::nanoseconds(0));
+    SharePageClient client(&page, std::chrono::nanoseconds(0));
     const std::uint8_t request[4] = {};
-    Require(client.Post(request, sizeof(request)), "a page that is there takes a request");
-    android::Parcel reply;
+    Require(client.Post(request, sizeof(request)) == PageResult::kDone,
+            "a page that is there takes a request");
+    std::vector<std::uint8_t> bytes;
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::microseconds(200);
-    if (client.Wait(deadline) != SharePageClient::State::kReady || !client.TakeReply(reply)) {
+    if (client.Wait(deadline) != PageResult::kDone ||
+        client.TakeReply(bytes) != PageResult::kDone) {
         return;
     }
-    Require(reply.dataSize() <= kDataCapacity, "a reply fits the page");
+    Require(bytes.size() <= kDataCapacity, "a reply fits the page");
+    android::Parcel reply;
+    reply.setData(bytes.data(), bytes.size());
     reply.readInt32();
     Array<std::string> tags;
     tags.m_list.assign(format.size(), "tag");

@@ -7,18 +7,21 @@
 
 #include <gtest/gtest.h>
 
+#include "page/page_guard.h"
 #include "platform/unique_fd.h"
 #include "tests/support/child.h"
 #include "tests/support/test_root.h"
 
 PlayedPage::PlayedPage() {
-    EXPECT_TRUE(m_service.Open(kTestPage));
+    m_service.emplace(RunGuarded, std::chrono::nanoseconds(0));
+    std::string error;
+    EXPECT_TRUE(m_service->Open(kTestPage, error)) << error;
     m_mapping = PageMapping(UniqueFd(open(kTestPage, O_RDWR | O_CLOEXEC)).Get());
 }
 
 std::string PlayedPage::TakeRequest() {
-    android::Parcel request;
-    EXPECT_TRUE(m_service.WaitRequest(std::chrono::milliseconds(kPatienceMs), request));
+    std::vector<std::uint8_t> request;
+    EXPECT_TRUE(m_service->WaitRequest(std::chrono::milliseconds(kPatienceMs), request));
     return PageRows();
 }
 

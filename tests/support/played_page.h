@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -21,11 +22,14 @@ public:
     // Hands the bytes out as a reply of the given length, true or not.
     void Reply(std::string_view bytes, std::size_t length) const;
 
-    TvServicePage& Service() { return m_service; }
+    // Leaves the page to another service.
+    void Die() { m_service.reset(); }
+
+    TvServicePage& Service() { return *m_service; }
     SharePage* Get() const { return m_mapping.Get(); }
 
 private:
-    TvServicePage m_service{std::chrono::nanoseconds(0)};
+    std::optional<TvServicePage> m_service;
     PageMapping m_mapping;
 };
 

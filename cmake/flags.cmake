@@ -2,7 +2,7 @@
 find_package(Threads REQUIRED)
 
 add_library(ko_flags INTERFACE)
-target_include_directories(ko_flags INTERFACE ${CMAKE_SOURCE_DIR})
+target_include_directories(ko_flags INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_definitions(ko_flags INTERFACE KO_DEVICE_ROOT="${KO_DEVICE_ROOT}" _FILE_OFFSET_BITS=64)
 target_compile_options(ko_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -fstack-protector-strong)

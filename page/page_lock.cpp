@@ -13,6 +13,8 @@
 
 namespace {
 
+static_assert(sizeof(off_t) == 8, "locks need _FILE_OFFSET_BITS=64 on a 32-bit system");
+
 using std::chrono::microseconds;
 using Clock = std::chrono::steady_clock;
 

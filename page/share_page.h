@@ -58,7 +58,7 @@ inline void StoreHeader(SharePage& page, std::uint8_t flags, std::size_t length)
 // The bytes of the page's file that its users lock, by open-file-description locks, which nobody is
 // made to heed: a client's from before it writes a request until it has copied the reply, a
 // service's while it serves. The kernel gives them back however the holder ends.
-enum class PageLockByte : off_t { kClient = 0, kService = 1 };
+enum class PageLockByte : int { kClient = 0, kService = 1 };
 
 enum class PageLockMode { kTry, kWait, kRelease };
 
@@ -69,7 +69,7 @@ inline int LockPage(int file, PageLockByte byte, PageLockMode mode) {
     struct flock range = {};
     range.l_type = mode == PageLockMode::kRelease ? F_UNLCK : F_WRLCK;
     range.l_whence = SEEK_SET;
-    range.l_start = static_cast<off_t>(byte);
+    range.l_start = static_cast<int>(byte);
     range.l_len = 1;
     const int command = mode == PageLockMode::kWait ? F_OFD_SETLKW : F_OFD_SETLK;
     return fcntl(file, command, &range) == 0 ? 0 : errno;

@@ -10,6 +10,8 @@
 
 namespace {
 
+static_assert(sizeof(off_t) == 8, "locks need _FILE_OFFSET_BITS=64 on a 32-bit system");
+
 constexpr mode_t kFileMode = 0660;
 
 bool Fail(std::string& reason) {

@@ -28,6 +28,8 @@ constexpr char kPrograms[] = "KO='" KO_EMULATOR " " KO_BIN_DIR
                              "/ko_cmd_tool'; "
                              "SERVICE='" KO_EMULATOR " " KO_BIN_DIR
                              "/ko_tv_service'; "
+                             "EXAMPLE='" KO_EMULATOR " " KO_EXAMPLE
+                             "'; "
                              "CALLS=" KO_CALLS "; "
                              "serve() { : >service.log; $SERVICE \"$@\" >>service.log 2>&1 & "
                              "until grep -q serving service.log; do sleep 0.01; done; }\n";

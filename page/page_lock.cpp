@@ -75,7 +75,7 @@ bool PageLock::Take(Deadline deadline) {
     return true;
 }
 
-// Blocks, as the kernel then grants the turn to those who wait and not to whoever asks next.
+// Blocks: who only asked now and then would hardly find the page free between others' exchanges.
 bool PageLock::TryUntil(Deadline deadline, int& error) {
     std::optional<WaitLimit> limit;
     if (deadline) {

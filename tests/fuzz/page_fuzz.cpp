@@ -1,45 +1,20 @@
 #include <fcntl.h>
 
-#include <atomic>
-#include <thread>
-
-#include "page/page_mapping.h"
 #include "page/share_page_client.h"
-#include "platform/unique_fd.h"
 #include "printer/printer.h"
 #include "tests/fuzz/fuzz_input.h"
-#include "tests/fuzz/memory_file.h"
+#include "tests/fuzz/hostile_page.h"
 
 namespace {
-
-// A mapping of the one page, as each process has its own.
-PageMapping MapPage() {
-    static const MemoryFile file;
-    file.Write(std::string(kPageSize, '\0'));
-    return PageMapping(UniqueFd(open(file.Path().c_str(), O_RDWR)).Get());
-}
-
-// Writes versions of the page over each other, byte by byte, until told to stop.
-void Scribble(SharePage& page, const std::vector<std::string>& versions,
-              const std::atomic<bool>& stop) {
-    auto* bytes = reinterpret_cast<volatile std::uint8_t*>(&page);
-    do {
-        for (const std::string& version : versions) {
-            for (std::size_t i = 0; i < version.size() && i < kPageSize; ++i) {
-                bytes[i] = static_cast<std::uint8_t>(version[i]);
-            }
-        }
-    } while (!stop);
-}
 
 void Exchange(SharePage& page, const std::string& format) {
     SharePageClient client(&page, std::chrono::nanoseconds(0));
     const std::uint8_t request[4] = {};
-    Require(client.Post(request, sizeof(request)) == PageResult::kDone,
-            "a page that is there takes a request");
+    const PageResult posted = client.Post(request, sizeof(request));
+    Require(posted != PageResult::kRequestTooLong, "a short request fits");
     std::vector<std::uint8_t> bytes;
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::microseconds(200);
-    if (client.Wait(deadline) != PageResult::kDone ||
+    if (posted != PageResult::kDone || client.Wait(deadline) != PageResult::kDone ||
         client.TakeReply(bytes) != PageResult::kDone) {
         return;
     }
@@ -56,15 +31,13 @@ void Exchange(SharePage& page, const std::string& format) {
 
 }  // namespace
 
-// Parts: print format, one version of the page, another one.
+// Parts: print format, one version of the page, another one. The file is cut and sized again
+// meanwhile for a print format of odd length.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const PageMapping console = MapPage();
-    static const PageMapping service = MapPage();
     const auto parts = SplitInput(data, size, 3);
-    std::atomic<bool> stop{false};
-    std::thread scribbler([&] { Scribble(*service.Get(), {parts[1], parts[2]}, stop); });
+    static const PageMapping console(
+        UniqueFd(open(HostilePage::Path().c_str(), O_RDWR | O_CLOEXEC)).Get());
+    const HostilePage service({parts[1], parts[2]}, parts[0].size() % 2 == 1);
     Exchange(*console.Get(), parts[0]);
-    stop = true;
-    scribbler.join();
     return 0;
 }

@@ -40,18 +40,21 @@ int Printer::Fmt(const char* format, const Array<std::string>& tags) {
         return -1;
     }
     const std::string letters = format;
-    while (m_parcel.dataAvail() != 0) {
+    bool cut = false;
+    bool moved = true;
+    while (moved && m_parcel.dataAvail() != 0) {
         const std::size_t before = m_parcel.dataAvail();
+        const bool shown = cut;  // what is left belongs to the record before, which ended in it
         std::string line;
-        if (!FmtRecord(letters, tags, line)) {
+        if (!FmtRecord(letters, tags, line, cut)) {
             return -1;
         }
-        if (m_parcel.dataAvail() == before) {
-            // What is left is shorter than the next value, or the letters read nothing: a further
-            // pass would find the same.
-            break;
+        // A pass that moved nothing is the last: a further one would find the same. Letters that
+        // read nothing leave the line empty.
+        moved = m_parcel.dataAvail() != before;
+        if (moved || (!shown && !line.empty())) {
+            m_lines.push_back(line);
         }
-        m_lines.push_back(line);
     }
     m_lines.m_list.emplace_front(kSeparator);
     m_lines.m_list.emplace_back(kSeparator);
@@ -59,9 +62,11 @@ int Printer::Fmt(const char* format, const Array<std::string>& tags) {
 }
 
 bool Printer::FmtRecord(const std::string& format, const Array<std::string>& tags,
-                        std::string& line) {
+                        std::string& line, bool& cut) {
     const unsigned int used = std::min(static_cast<unsigned int>(format.size()), tags.size());
+    cut = false;
     for (unsigned int i = 0; i < used; ++i) {
+        const std::size_t before = m_parcel.dataAvail();
         switch (format[i]) {
             case 'd':
             case 'D':
@@ -79,6 +84,7 @@ bool Printer::FmtRecord(const std::string& format, const Array<std::string>& tag
                 std::puts("invalid fmt info!");
                 return false;
         }
+        cut = cut || (format[i] != 'S' && m_parcel.dataAvail() == before);
     }
     return true;
 }

@@ -15,16 +15,18 @@ public:
     explicit Printer(const android::Parcel& reply);
 
     // Reads the reply by the print format, record by record, and keeps the lines for Flush. A
-    // letter without a tag is not looked at. Messages about the format are printed at once. Returns
-    // 0; or -1 without a format or tags, or at an invalid letter, which drops the record it stands
-    // in.
+    // letter without a tag is not looked at; a value missing from the last record is 0 or empty.
+    // Messages about the format are printed at once. Returns 0; or -1 without a format or tags, or
+    // at an invalid letter, which drops the record it stands in.
     int Fmt(const char* format, const Array<std::string>& tags);
 
     // Prints and forgets every line. Always 0.
     int Flush();
 
 private:
-    bool FmtRecord(const std::string& format, const Array<std::string>& tags, std::string& line);
+    // `cut` tells whether the reply ended before a value.
+    bool FmtRecord(const std::string& format, const Array<std::string>& tags, std::string& line,
+                   bool& cut);
     void ParseIntegerfmt(KO_BOOL wide, const unsigned int& index, const Array<std::string>& tags,
                          std::string& line);
     void ParseDecimalfmt(KO_BOOL wide, const unsigned int& index, const Array<std::string>& tags,

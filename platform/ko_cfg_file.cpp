@@ -1,8 +1,8 @@
 #include "platform/ko_cfg_file.h"
 
 #include <sys/stat.h>
-#include <unistd.h>
 
+#include <cerrno>
 #include <string>
 
 #include "platform/device_root.h"
@@ -19,10 +19,10 @@ constexpr const char* kConfigFolders[] = {
     KO_DEVICE_ROOT "/vendor/etc/",
 };
 
-bool IsReadableFile(const std::string& path) {
+// A name that cannot be looked at counts as there.
+bool IsThere(const std::string& path) {
     struct stat info = {};
-    return stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode) &&
-           access(path.c_str(), R_OK) == 0;
+    return lstat(path.c_str(), &info) == 0 || (errno != ENOENT && errno != ENOTDIR);
 }
 
 }  // namespace
@@ -33,7 +33,7 @@ const char* ko_get_one_cfg_file(const char* path, int type, char (&buffer)[kCfgP
     }
     for (const char* folder : kConfigFolders) {
         const std::string candidate = std::string(folder) + path;
-        if (candidate.size() < kCfgPathSize && IsReadableFile(candidate)) {
+        if (candidate.size() < kCfgPathSize && IsThere(candidate)) {
             return strcpy_s(buffer, kCfgPathSize, candidate.c_str()) == 0 ? buffer : nullptr;
         }
     }

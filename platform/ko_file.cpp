@@ -91,7 +91,7 @@ std::string KoFile::NextRow() {
     const std::size_t length = RowLength();
     std::string_view row = std::string_view(m_text).substr(m_next, length);
     const bool ended = m_next + length < m_text.size();
-    if (ended && !row.empty() && row.back() == '\r') {
+    if (!row.empty() && row.back() == '\r') {
         row.remove_suffix(1);
     }
     std::string text(row);

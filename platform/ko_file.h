@@ -24,7 +24,7 @@ public:
     // True when no further row can be read.
     bool IsEOF() const { return m_next >= m_text.size(); }
 
-    // The next row without its line end, "\n" or "\r\n"; a last row without a line end is a row.
+    // The next row without its line end: "\n", or "\r\n" of which a last row may lack the "\n".
     // Empty at the end of the file.
     std::string NextRow();
 

@@ -9,22 +9,28 @@
 
 namespace {
 
+// A table of the words for completion, and what its words are called in the log.
+struct WordTable {
+    char** entries;  // kWordTableSize
+    const char* noun;
+    bool warned = false;  // an overflow is logged once
+};
+
 // Sets the table's entries to the words, which the array goes on owning, and returns how many there
 // are. Words beyond the table are not offered by completion but work when typed.
-unsigned int FillWordTable(Array<std::string>& words, char* (&table)[kWordTableSize]) {
-    static bool warned = false;
+unsigned int FillWordTable(Array<std::string>& words, WordTable& table) {
     unsigned int count = 0;
     for (std::string& word : words.m_list) {
         if (count == kWordTableSize) {
-            if (!warned) {
+            if (!table.warned) {
                 KoLog::PrintLog(ATV_LOG_PRIO_WARN, kLogTag, __func__, __LINE__,
-                                "completion offers the first %u of %u words", kWordTableSize,
-                                words.size());
+                                "completion offers the first %u of %u %s words", kWordTableSize,
+                                words.size(), table.noun);
             }
-            warned = true;
+            table.warned = true;
             break;
         }
-        table[count++] = word.data();
+        table.entries[count++] = word.data();
     }
     return count;
 }
@@ -45,7 +51,8 @@ int CopyWords(char** regList, unsigned int offset, char** words, unsigned int co
 }  // namespace
 
 int KoCmdDebug::DoWork() {
-    const unsigned int modCount = FillWordTable(m_modCmds, g_modCmdTable);
+    static WordTable modTable = {g_modCmdTable, "module"};
+    const unsigned int modCount = FillWordTable(m_modCmds, modTable);
     while (m_bRunning != 0) {
         unsigned int cmdCount = 0;
         char** cmdList = nullptr;
@@ -98,8 +105,9 @@ int KoCmdDebug::GetSupportCmds(char*** list, unsigned int* count) {
     if (list == nullptr || count == nullptr || m_pFileParse == nullptr) {
         return -1;
     }
+    static WordTable cmdTable = {g_cmdTable, "command"};
     m_curModCmds = m_pFileParse->GetModHoldCmds(m_pFileParse->GetModInstruct(m_strCurMod));
-    *count = FillWordTable(m_curModCmds, g_cmdTable);
+    *count = FillWordTable(m_curModCmds, cmdTable);
     *list = g_cmdTable;
     return 0;
 }

@@ -11,6 +11,7 @@
 #include <memory>
 
 #include "platform/device_root.h"
+#include "platform/standard_streams.h"
 #include "platform/unique_fd.h"
 
 KoCmdDebug* g_pCmdDebug = nullptr;
@@ -74,7 +75,7 @@ void KoCmdDebug::Exec() {
         m_pageLock = PageLock(swapFile.Get());
     }
     if (g_pSharePage == MAP_FAILED) {
-        std::perror("map share memery failed!\n");
+        PrintSystemError("map share memery failed!\n");
         return;
     }
     CatchSignals();
@@ -89,7 +90,7 @@ void KoCmdDebug::Exec() {
     }
     g_pCmdDebug->m_stream.ResetTermios();
     if (munmap(g_pSharePage, kPageSize) != 0) {
-        std::perror("munmap failed!\n");
+        PrintSystemError("munmap failed!\n");
         return;
     }
     g_pSharePage = static_cast<SharePage*>(MAP_FAILED);

@@ -2,12 +2,12 @@
 
 #include <chrono>
 #include <csignal>
-#include <cstdio>
 #include <ctime>
 #include <initializer_list>
 
 #include "console/ko_cmd_debug.h"
 #include "platform/sleep_once.h"
+#include "platform/standard_streams.h"
 
 // How a signal can get lost.
 //
@@ -58,7 +58,7 @@ void DropOwnResume() {
 
 void SendSignal(pid_t process, int signal, const char* failure) {
     if (kill(process, signal) != 0) {
-        std::perror(failure);
+        PrintSystemError(failure);
     }
 }
 

@@ -37,7 +37,7 @@ int KoCmdDebug::CopyCmdToBuf(const char* cmd, android::Parcel& request) {
         std::puts("requestData is the null");
         return -1;
     }
-    // What is printed so far must not wait for the answer.
+    // The wait has no limit and may end with the process; then nothing that was printed is lost.
     std::fflush(stdout);
     std::vector<std::uint8_t> bytes;
     if (!Exchange(m_pageLock, request, bytes)) {

@@ -79,7 +79,12 @@ void KoCmdDebug::Exec() {
         return;
     }
     CatchSignals();
-    m_sigThread.Run(kWatcherOption);
+    const int error = m_sigThread.Run(kWatcherOption);
+    if (error != 0) {
+        LeaveSignals();
+        errno = error;
+        PrintSystemError("can't start the watcher of the signals");
+    }
     if (m_pFileParse == nullptr) {
         std::printf("please load cfg before call <%s>.\n", "Exec");
         return;

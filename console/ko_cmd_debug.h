@@ -107,6 +107,10 @@ public:
     // thread it starts: the watcher alone lets them in.
     static void CatchSignals();
 
+    // Gives the three signals their default effect, unblocked on the calling thread: for a console
+    // without a watcher.
+    static void LeaveSignals();
+
     // Each only stores what the signal asks for.
     static void QuitHandler(int);
     static void SuspendHandler(int);

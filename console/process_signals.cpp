@@ -72,6 +72,14 @@ void KoCmdDebug::CatchSignals() {
     std::signal(SIGCONT, ResumeHandler);
 }
 
+void KoCmdDebug::LeaveSignals() {
+    for (const int signal : {SIGINT, SIGTSTP, SIGCONT}) {
+        std::signal(signal, SIG_DFL);
+    }
+    const sigset_t left = SignalSet({SIGINT, SIGTSTP, SIGCONT});
+    pthread_sigmask(SIG_UNBLOCK, &left, nullptr);
+}
+
 void KoCmdDebug::QuitHandler(int) {
     g_sigState = kSigQuit;
 }

@@ -1,8 +1,10 @@
+#include <pthread.h>
 #include <sched.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
+#include <limits>
 
 #include <gtest/gtest.h>
 
@@ -43,7 +45,29 @@ void AwaitState(std::int32_t state) {
     _exit(0);
 }
 
+// Ends with the number of signals that do not have their default effect.
+[[noreturn]] void RunWithoutWatcher() {
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    // No address space has that room, so no thread can be made.
+    pthread_attr_setstacksize(&attributes, std::numeric_limits<std::size_t>::max() / 8 * 7);
+    pthread_setattr_default_np(&attributes);
+    KoCmdDebug::GetInstance().Exec();
+    sigset_t mask;
+    pthread_sigmask(SIG_BLOCK, nullptr, &mask);
+    int changed = 0;
+    for (const int signal : {SIGINT, SIGTSTP, SIGCONT}) {
+        changed += sigismember(&mask, signal) != 0 || std::signal(signal, SIG_DFL) != SIG_DFL;
+    }
+    _exit(changed);
+}
+
 }  // namespace
+
+TEST(SignalTest, WithoutAWatcherTheSignalsHaveTheirDefaultEffect) {
+    const TestRoot root;
+    EXPECT_EXIT(RunWithoutWatcher(), testing::ExitedWithCode(0), "^can't start the watcher");
+}
 
 // A watcher that was not yet held up may stop first, as it should: then the signals are sent again.
 TEST(SignalTest, AContinueBehindASuspendIsNotTakenForTheConsolesOwn) {

@@ -3,10 +3,12 @@
 #include <stdexcept>
 
 #include "console/ko_cmd_debug.h"
+#include "platform/standard_streams.h"
 
 // Ends with status 0 whatever happened: the messages tell the engineer, and no script depends on
 // the status.
 int main() {
+    OpenClosedStreams();
     try {
         KoCmdDebug::GetInstance().LoadConfig();
         KoCmdDebug& console = KoCmdDebug::GetInstance();

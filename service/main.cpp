@@ -16,6 +16,7 @@
 #include "platform/device_root.h"
 #include "platform/read_number.h"
 #include "platform/sleep_once.h"
+#include "platform/standard_streams.h"
 #include "service/tv_service.h"
 
 namespace {
@@ -147,9 +148,7 @@ bool Open(TvServicePage& page) {
     return true;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int Run(int argc, char** argv) {
     int status = 0;
     const std::optional<Settings> settings = ReadOptions(argc, argv, status);
     if (!settings) {
@@ -171,4 +170,11 @@ int main(int argc, char** argv) {
     Serve(page, service, settings->delay);
     std::puts("stopped");
     return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    OpenClosedStreams();
+    return FinishOutput("ko_tv_service", Run(argc, argv), kExitFailure);
 }

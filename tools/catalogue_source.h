@@ -32,4 +32,5 @@ public:
 
 private:
     int m_saved;
+    bool m_failed;  // standard output had failed before
 };

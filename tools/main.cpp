@@ -3,6 +3,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "platform/standard_streams.h"
 #include "tools/commands.h"
 #include "tools/exit_status.h"
 
@@ -45,7 +46,15 @@ void PrintUsage(std::FILE* out) {
     std::fputs("\nOptions come before MODULE. \"ko_cmd_tool COMMAND --help\" tells more.\n", out);
 }
 
-int RunNamed(int argc, char** argv) {
+int Run(int argc, char** argv) {
+    if (argc < 2) {
+        PrintUsage(stderr);
+        return kExitUsage;
+    }
+    if (std::strcmp(argv[1], "--help") == 0) {
+        PrintUsage(stdout);
+        return kExitDone;
+    }
     const auto* command = std::find_if(
         std::begin(kCommands), std::end(kCommands),
         [argv](const ToolCommand& row) { return std::strcmp(row.name, argv[1]) == 0; });
@@ -64,18 +73,6 @@ int RunNamed(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 2) {
-        PrintUsage(stderr);
-        return kExitUsage;
-    }
-    if (std::strcmp(argv[1], "--help") == 0) {
-        PrintUsage(stdout);
-        return kExitDone;
-    }
-    const int status = RunNamed(argc, argv);
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        std::perror("ko_cmd_tool: standard output");
-        return status == kExitDone ? kExitFailed : status;
-    }
-    return status;
+    OpenClosedStreams();
+    return FinishOutput("ko_cmd_tool", Run(argc, argv), kExitFailed);
 }

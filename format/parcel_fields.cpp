@@ -41,7 +41,8 @@ struct TextOf {
         return Decimal(value, std::numeric_limits<double>::max_digits10);
     }
     std::string operator()(const android::String16& value) const {
-        return android::String8(value).string();
+        const android::String8 text(value);
+        return {text.string(), text.size()};
     }
 
     static std::string Decimal(double value, int digits) {

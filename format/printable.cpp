@@ -3,8 +3,6 @@
 #include "format/utf8.h"
 #include "platform/ko_securec.h"
 
-namespace {
-
 // Below U+0100 the last byte of a control character is its number.
 bool IsControl(std::string_view character) {
     const auto last = static_cast<unsigned char>(character.back());
@@ -13,8 +11,6 @@ bool IsControl(std::string_view character) {
     }
     return character.size() == 2 && character.front() == '\xC2' && last < 0xA0;
 }
-
-}  // namespace
 
 std::string Printable(std::string_view text) {
     std::string shown;

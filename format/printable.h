@@ -3,6 +3,9 @@
 #include <string>
 #include <string_view>
 
-// The text as any terminal can show it and none obeys it: valid UTF-8, and the control characters
-// U+0000 to U+001F and U+007F to U+009F as escapes like "\x1b".
+// Whether the character, given in UTF-8, is one from U+0000 to U+001F or from U+007F to U+009F.
+bool IsControl(std::string_view character);
+
+// The text as any terminal can show it and none obeys it: valid UTF-8, and control characters as
+// escapes like "\x1b".
 std::string Printable(std::string_view text);

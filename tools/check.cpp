@@ -7,6 +7,7 @@
 #include "tools/catalogue_blocks.h"
 #include "tools/commands.h"
 #include "tools/exit_status.h"
+#include "tools/text.h"
 
 namespace {
 
@@ -54,7 +55,7 @@ int RunCheck(const CommandLine& line) {
     std::size_t errors = 0;
     std::size_t warnings = 0;
     for (const Finding& finding : CheckCatalogue(FindCatalogue(line.catalogue))) {
-        std::printf("%s\n", FindingLine(finding).c_str());
+        PrintLine(FindingLine(finding));
         ++(finding.severity == Severity::kError ? errors : warnings);
     }
     std::printf("%s, %s\n", Counted(errors, "error").c_str(), Counted(warnings, "warning").c_str());

@@ -1,11 +1,31 @@
 #include "tools/json.h"
 
 #include <cmath>
+#include <cstdio>
 
+#include "format/printable.h"
 #include "format/utf8.h"
 #include "platform/ko_securec.h"
+#include "tools/text.h"
 
 namespace {
+
+std::string Escape(char last) {
+    char escape[8];
+    sprintf_s(escape, sizeof(escape), "\\u%04x",
+              static_cast<unsigned int>(static_cast<unsigned char>(last)));
+    return escape;
+}
+
+// JSON's own characters are none of the control characters, so they all stand in strings.
+std::string JsonForTerminal(std::string_view json) {
+    std::string shown;
+    while (!json.empty()) {
+        const std::string_view character = TakeUtf8(json);
+        shown += IsControl(character) ? Escape(character.back()) : std::string(character);
+    }
+    return shown;
+}
 
 struct JsonOf {
     std::string operator()(std::int32_t value) const { return FieldText(value); }
@@ -30,9 +50,7 @@ std::string JsonString(std::string_view text) {
             json += '\\';
         }
         if (static_cast<unsigned char>(byte) < ' ') {
-            char escape[8];
-            sprintf_s(escape, sizeof(escape), "\\u%04x", static_cast<unsigned int>(byte));
-            json += escape;
+            json += Escape(byte);
         } else {
             json += byte;
         }
@@ -50,6 +68,10 @@ std::string JsonArray(const std::vector<std::string>& values) {
         json += (json.empty() ? "" : ",") + value;
     }
     return "[" + json + "]";
+}
+
+void PrintJsonLine(const std::string& json) {
+    std::printf("%s\n", (OutputIsTerminal() ? JsonForTerminal(json) : json).c_str());
 }
 
 void JsonObject::Add(std::string_view name, const std::string& value) {

@@ -16,6 +16,9 @@ std::string JsonValue(const FieldValue& value);
 // "[a,b]" of values that are JSON already.
 std::string JsonArray(const std::vector<std::string>& values);
 
+// Prints one line of JSON to standard output; to a terminal with every control character escaped.
+void PrintJsonLine(const std::string& json);
+
 // Collects the members of one object, in their order.
 class JsonObject {
 public:

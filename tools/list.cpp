@@ -164,7 +164,7 @@ std::string CommandJson(const ListedModule& module, const CmdInfo& cmd) {
 void PrintJson(const std::vector<ListedModule>& modules) {
     for (const ListedModule& module : modules) {
         for (const CmdInfo* cmd : module.cmds) {
-            std::printf("%s\n", CommandJson(module, *cmd).c_str());
+            PrintJsonLine(CommandJson(module, *cmd));
         }
     }
 }

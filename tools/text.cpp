@@ -1,5 +1,7 @@
 #include "tools/text.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdio>
 
@@ -65,6 +67,14 @@ void PrintTable(const std::vector<std::vector<std::string>>& rows, const char* i
         line.erase(line.find_last_not_of(' ') + 1);
         std::printf("%s\n", line.c_str());
     }
+}
+
+bool OutputIsTerminal() {
+    return isatty(STDOUT_FILENO) != 0;
+}
+
+void PrintLine(const std::string& line) {
+    std::printf("%s\n", (OutputIsTerminal() ? Printable(line) : line).c_str());
 }
 
 void Complain(const std::string& message) {

@@ -17,5 +17,11 @@ std::string HexBytes(const std::uint8_t* bytes, std::size_t size);
 // Prints rows of equally many cells as aligned columns, each row behind `indent`.
 void PrintTable(const std::vector<std::vector<std::string>>& rows, const char* indent);
 
+// Whether standard output is a terminal, which control characters in a text could steer.
+bool OutputIsTerminal();
+
+// Prints one line to standard output; to a terminal printable.
+void PrintLine(const std::string& line);
+
 // Prints one message line to standard error.
 void Complain(const std::string& message);

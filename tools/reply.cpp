@@ -1,0 +1,144 @@
+#include "tools/reply.h"
+
+#include <set>
+
+#include "format/printable.h"
+#include "format/utf8.h"
+#include "printer/printer.h"
+#include "tools/exit_status.h"
+#include "tools/json.h"
+#include "tools/text.h"
+
+namespace {
+
+constexpr char kZero[] = "\\u0000";
+
+// One name for each value of a record: its label, or "value" and its position where it has none; a
+// label that was used before gets a number behind it, also one that only the replacement of bad
+// bytes makes equal.
+std::vector<std::string> ValueNames(const KoFileParse::KoCmdInfo& cmd) {
+    std::vector<std::string> names;
+    std::set<std::string> used;
+    auto tag = cmd.m_printTags.begin();
+    for (std::size_t i = 0; i < cmd.m_strPrintFmt.size(); ++i) {
+        const std::string label = tag != cmd.m_printTags.end() ? ValidUtf8(*tag++) : std::string();
+        const std::string base = label.empty() ? "value" + std::to_string(i + 1) : label;
+        std::string name = base;
+        for (int number = 2; cmd.m_strPrintFmt[i] != 'S' && !used.insert(name).second; ++number) {
+            name = base + "_" + std::to_string(number);
+        }
+        if (cmd.m_strPrintFmt[i] != 'S') {
+            names.push_back(name);
+        }
+    }
+    return names;
+}
+
+std::string Shown(const std::string& text, bool terminal) {
+    std::string shown;
+    for (const char byte : text) {
+        shown += byte == '\0' ? kZero : std::string(1, byte);
+    }
+    return terminal ? Printable(shown) : shown;
+}
+
+FieldValue ShownValue(const FieldValue& value, bool terminal) {
+    if (!std::holds_alternative<android::String16>(value)) {
+        return value;
+    }
+    const std::string text = Shown(FieldText(value), terminal);
+    return android::String16(text.data(), text.size());
+}
+
+// Copies the values that the printer finds, up to the first that is cut. It looks at no letter
+// without a tag, so they may be others than those of the whole print format.
+void CopyShown(const android::Parcel& reply, const std::string& letters, bool terminal,
+               android::Parcel& shown) {
+    for (std::size_t left = 0; left != reply.dataAvail();) {
+        left = reply.dataAvail();
+        for (const char letter : letters) {
+            const auto fields = ReadFields(reply, std::string(1, letter));
+            if (!fields) {
+                return;
+            }
+            for (const ParcelField& field : *fields) {
+                WriteField(shown, ShownValue(field.value, terminal));
+            }
+        }
+    }
+}
+
+}  // namespace
+
+bool ReadRecords(const android::Parcel& reply, const std::string& format,
+                 std::vector<ReplyRecord>& records) {
+    while (reply.dataAvail() != 0) {
+        const std::size_t before = reply.dataAvail();
+        auto record = ReadFields(reply, format);
+        if (!record || reply.dataAvail() == before) {
+            return false;
+        }
+        records.push_back(std::move(*record));
+    }
+    return true;
+}
+
+std::vector<std::string> RecordsJson(const KoFileParse::KoCmdInfo& cmd,
+                                     const std::vector<ReplyRecord>& records) {
+    const std::vector<std::string> names = ValueNames(cmd);
+    std::vector<std::string> lines;
+    for (const ReplyRecord& record : records) {
+        JsonObject object;
+        for (std::size_t i = 0; i < record.size(); ++i) {
+            object.Add(names[i], JsonValue(record[i].value));
+        }
+        lines.push_back(object.Text());
+    }
+    return lines;
+}
+
+void PrintLabelled(const KoFileParse::KoCmdInfo& cmd, const android::Parcel& reply, bool terminal) {
+    Array<std::string> tags;
+    for (const std::string& tag : cmd.m_printTags) {
+        tags.push_back(Shown(tag, terminal));
+    }
+    const std::string letters = cmd.m_strPrintFmt.substr(0, tags.size());
+    android::Parcel shown;
+    CopyShown(reply, letters, terminal, shown);
+    android::Parcel values;
+    values.setData(shown.data(), shown.dataSize());
+    Printer printer(values);
+    printer.Fmt(letters.c_str(), tags);
+    printer.Flush();
+}
+
+int PrintReply(const KoFileParse::KoCmdInfo& cmd, const android::Parcel& reply, bool json) {
+    const std::string bytes = HexBytes(reply.data(), reply.dataSize());
+    if (reply.dataAvail() < sizeof(std::int32_t)) {
+        Complain("the reply is too short for a status: " + bytes);
+        return kExitPage;
+    }
+    const std::int32_t status = reply.readInt32();
+    if (status != 0) {
+        Complain("the service refused: status " + std::to_string(status) + " (" + Hex(status) +
+                 ")");
+        return kExitRefused;
+    }
+    std::vector<ReplyRecord> records;
+    if (!ReadRecords(reply, cmd.m_strPrintFmt, records)) {
+        Complain("the reply is no whole number of records of the print format " +
+                 Quoted(cmd.m_strPrintFmt) + ": " + bytes);
+        return kExitPage;
+    }
+    if (json) {
+        for (const std::string& line : RecordsJson(cmd, records)) {
+            PrintJsonLine(line);
+        }
+        return kExitDone;
+    }
+    android::Parcel values;
+    values.setData(reply.data(), reply.dataSize());
+    values.readInt32();
+    PrintLabelled(cmd, values, OutputIsTerminal());
+    return kExitDone;
+}

@@ -1,0 +1,50 @@
+#include <nlohmann/json.hpp>
+
+#include "tests/fuzz/fuzz_input.h"
+#include "tools/reply.h"
+
+namespace {
+
+KoFileParse::KoCmdInfo Command(const std::string& format, const std::string& tags) {
+    KoFileParse::KoCmdInfo cmd;
+    // An unknown letter is refused before anything is sent.
+    for (const char letter : format) {
+        cmd.m_strPrintFmt += std::string_view("dDfFsS").find(letter) != std::string_view::npos
+                                 ? std::string(1, letter)
+                                 : "";
+    }
+    for (std::size_t start = 0; start < tags.size();) {
+        const std::size_t comma = std::min(tags.find(',', start), tags.size());
+        cmd.m_printTags.push_back(tags.substr(start, comma - start));
+        start = comma + 1;
+    }
+    return cmd;
+}
+
+}  // namespace
+
+// Parts: print format, tags (split at commas), values. Whatever is taken for records is valid JSON,
+// an object with as many members as there are values.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const auto parts = SplitInput(data, size, 3);
+    const auto cmd = Command(parts[0], parts[1]);
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(parts[2].data());
+    for (const bool terminal : {false, true}) {
+        android::Parcel reply;
+        reply.setData(bytes, parts[2].size());
+        PrintLabelled(cmd, reply, terminal);
+    }
+    android::Parcel reply;
+    reply.setData(bytes, parts[2].size());
+    std::vector<ReplyRecord> records;
+    if (!ReadRecords(reply, cmd.m_strPrintFmt, records)) {
+        return 0;
+    }
+    const auto lines = RecordsJson(cmd, records);
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const auto json = nlohmann::json::parse(lines[i], nullptr, false);
+        Require(json.is_object() && json.size() == records[i].size(), "an object of the values");
+    }
+    Require(lines.size() == records.size(), "a line for each record");
+    return 0;
+}

@@ -1,5 +1,6 @@
 #include "format/parcel_fields.h"
 
+#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -25,10 +26,20 @@ FieldValue ReadValue(const android::Parcel& parcel, char letter) {
     }
 }
 
-// A failed read leaves the position where it was; a failed string leaves it behind the count, where
-// an empty string that is really there moves on.
-bool WasRead(char letter, std::size_t moved) {
-    return moved >= FindFormatLetter(letter)->leastSize;
+// Whether a read that moved so far found a whole value. A failed read leaves the position where it
+// was, that of a string perhaps behind the count; only the bytes tell a text without its zero unit
+// from an empty one.
+bool WasRead(char letter, const std::uint8_t* bytes, std::size_t moved) {
+    if (moved < FindFormatLetter(letter)->leastSize) {
+        return false;
+    }
+    if (letter != 's') {
+        return true;
+    }
+    std::int32_t units = 0;
+    std::memcpy(&units, bytes, sizeof(units));
+    const std::uint8_t* end = bytes + sizeof(units) + static_cast<std::size_t>(units) * 2;
+    return end[0] == 0 && end[1] == 0;
 }
 
 struct TextOf {
@@ -79,10 +90,11 @@ std::optional<std::vector<ParcelField>> ReadFields(const android::Parcel& parcel
         const std::size_t before = parcel.dataAvail();
         FieldValue value = ReadValue(parcel, letter);
         const std::size_t moved = before - parcel.dataAvail();
-        if (!WasRead(letter, moved)) {
+        const std::size_t offset = parcel.dataSize() - before;
+        if (!WasRead(letter, parcel.data() + offset, moved)) {
             return std::nullopt;
         }
-        fields.push_back({letter, parcel.dataSize() - before, moved, std::move(value)});
+        fields.push_back({letter, offset, moved, std::move(value)});
     }
     return fields;
 }

@@ -1,5 +1,6 @@
 #include "platform/parcel.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <type_traits>
@@ -18,15 +19,24 @@ constexpr std::size_t Padded(std::size_t bytes) {
 
 }  // namespace
 
+std::uint8_t* Parcel::Claim(std::size_t bytes) {
+    if (bytes > kMaxSize - m_position) {
+        return nullptr;
+    }
+    const std::size_t start = m_position;
+    m_position += bytes;
+    m_data.resize(std::max(m_data.size(), m_position));
+    return &m_data[start];
+}
+
 template <typename T>
 status_t Parcel::Write(T value) {
     static_assert(std::is_trivially_copyable_v<T> && sizeof(T) % 4 == 0);
-    if (!HasRoom(sizeof(T))) {
+    std::uint8_t* place = Claim(sizeof(T));
+    if (place == nullptr) {
         return kTooLarge;
     }
-    const std::size_t end = m_data.size();
-    m_data.resize(end + sizeof(T));
-    std::memcpy(&m_data[end], &value, sizeof(T));
+    std::memcpy(place, &value, sizeof(T));
     return 0;
 }
 
@@ -57,15 +67,19 @@ status_t Parcel::writeDouble(double value) {
 }
 
 status_t Parcel::writeString16(const String16& value) {
-    const std::size_t bytes = value.size() * sizeof(char16_t);
-    const std::size_t padded = Padded(bytes + sizeof(char16_t));
-    if (value.size() > kMaxSize || !HasRoom(sizeof(std::int32_t) + padded)) {
+    if (value.size() > kMaxSize) {
         return kTooLarge;
     }
-    Write(static_cast<std::int32_t>(value.size()));
-    const std::size_t end = m_data.size();
-    m_data.resize(end + padded);
-    std::memcpy(&m_data[end], value.string(), bytes);
+    const auto count = static_cast<std::int32_t>(value.size());
+    const std::size_t bytes = value.size() * sizeof(char16_t);
+    const std::size_t padded = Padded(bytes + sizeof(char16_t));
+    std::uint8_t* place = Claim(sizeof(count) + padded);
+    if (place == nullptr) {
+        return kTooLarge;
+    }
+    std::memcpy(place, &count, sizeof(count));
+    std::memcpy(place + sizeof(count), value.string(), bytes);
+    std::memset(place + sizeof(count) + bytes, 0, padded - bytes);
     return 0;
 }
 
@@ -105,13 +119,9 @@ String16 Parcel::readString16() const {
         return {};
     }
     std::u16string text(units + 1, u'\0');
-    std::memcpy(text.data(), &m_data[m_position], (units + 1) * sizeof(char16_t));
-    if (text.back() != u'\0') {
-        return {};
-    }
+    std::memcpy(text.data(), &m_data[m_position], text.size() * sizeof(char16_t));
     m_position += padded;
-    text.pop_back();
-    return String16(std::move(text));
+    return text.back() == u'\0' ? String16(text.data(), units) : String16();
 }
 
 }  // namespace android

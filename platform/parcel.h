@@ -12,14 +12,16 @@ using status_t = std::int32_t;
 
 // A serialisation buffer in the platform's encoding: little-endian, every value padded to a
 // multiple of 4 bytes and none aligned to 8. A string is an int32 count of UTF-16 units, the units,
-// one zero unit and zero padding. Writes append; reads move a position of their own.
+// one zero unit and zero padding. Holds to what Android's class allows: no copies, and one position
+// for both directions, so that what has been written is read from another parcel (setData).
 class Parcel {
 public:
-    // Largest parcel in bytes; no transaction of the platform carries more. A write that would pass
-    // it fails.
-    static constexpr std::size_t kMaxSize = std::size_t{1024} * 1024;
+    Parcel() = default;
+    Parcel(const Parcel&) = delete;
+    Parcel& operator=(const Parcel&) = delete;
 
-    // Each returns 0, or a negative status with nothing written.
+    // Each writes at the position and moves behind it. Returns 0, or a negative status with nothing
+    // written.
     status_t writeInt32(std::int32_t value);
     status_t writeInt64(std::int64_t value);
     status_t writeFloat(float value);
@@ -44,15 +46,20 @@ public:
     double readDouble() const;
 
     // Moves past the count in any case (unless that is missing); the text is empty when the count
-    // is negative, does not fit in what is left, or the terminating zero is missing.
+    // is negative or does not fit in what is left. A text without its zero unit is empty too, but
+    // the position moves behind it. (Android 10 does not look for the zero unit.)
     String16 readString16() const;
 
 private:
+    // Largest parcel in bytes; no transaction of the platform carries more.
+    static constexpr std::size_t kMaxSize = std::size_t{1024} * 1024;
+
+    // Makes room for so many bytes at the position and moves behind them; null beyond kMaxSize.
+    std::uint8_t* Claim(std::size_t bytes);
     template <typename T>
     status_t Write(T value);
     template <typename T>
     T Read() const;
-    bool HasRoom(std::size_t bytes) const { return bytes <= kMaxSize - m_data.size(); }
 
     std::vector<std::uint8_t> m_data;
     mutable std::size_t m_position = 0;

@@ -1,55 +1,28 @@
 #include "platform/string16.h"
 
-#include <algorithm>
 #include <string_view>
 
+// Android 10 and 14 agree on every result.
 namespace android {
 namespace {
 
-constexpr char32_t kReplacement = 0xFFFD;
-
-// What the first byte of a UTF-8 sequence tells: how many bytes follow, and the range that the
-// second one must lie in so that the code point is neither overlong, nor a surrogate, nor beyond
-// U+10FFFF.
-struct LeadByte {
-    unsigned char first;
-    unsigned char last;
-    int following;
-    unsigned char secondMin;
-    unsigned char secondMax;
-};
-
-constexpr LeadByte kLeadBytes[] = {
-    {0xC2, 0xDF, 1, 0x80, 0xBF}, {0xE0, 0xE0, 2, 0xA0, 0xBF}, {0xE1, 0xEC, 2, 0x80, 0xBF},
-    {0xED, 0xED, 2, 0x80, 0x9F}, {0xEE, 0xEF, 2, 0x80, 0xBF}, {0xF0, 0xF0, 3, 0x90, 0xBF},
-    {0xF1, 0xF3, 3, 0x80, 0xBF}, {0xF4, 0xF4, 3, 0x80, 0x8F},
-};
-
-// Decodes the code point at `position` and moves behind it; an ill-formed sequence is consumed up
-// to the byte that breaks it and gives one replacement character.
-char32_t DecodeUtf8(std::string_view text, std::size_t& position) {
-    const auto lead = static_cast<unsigned char>(text[position++]);
-    if (lead < 0x80) {
-        return lead;
+// A byte inside a sequence counts as a sequence of its own where one begins with it.
+std::size_t SequenceLength(unsigned char first) {
+    if (first < 0xC0) {
+        return 1;
     }
-    const auto* row = std::find_if(std::begin(kLeadBytes), std::end(kLeadBytes),
-                                   [lead](auto& r) { return lead >= r.first && lead <= r.last; });
-    if (row == std::end(kLeadBytes)) {
-        return kReplacement;
+    return first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+}
+
+// The whole byte for a sequence of one, which may be no ASCII.
+char32_t DecodeSequence(std::string_view sequence) {
+    const auto first = static_cast<unsigned char>(sequence.front());
+    if (sequence.size() == 1) {
+        return first;
     }
-    char32_t point = lead & (0x3FU >> row->following);
-    for (int i = 0; i < row->following; ++i) {
-        const unsigned char low = i == 0 ? row->secondMin : 0x80;
-        const unsigned char high = i == 0 ? row->secondMax : 0xBF;
-        if (position >= text.size()) {
-            return kReplacement;
-        }
-        const auto next = static_cast<unsigned char>(text[position]);
-        if (next < low || next > high) {
-            return kReplacement;
-        }
-        point = (point << 6) | (next & 0x3FU);
-        ++position;
+    char32_t point = first & (0x7FU >> sequence.size());
+    for (const char byte : sequence.substr(1)) {
+        point = (point << 6) | (static_cast<unsigned char>(byte) & 0x3FU);
     }
     return point;
 }
@@ -78,10 +51,16 @@ bool IsLowSurrogate(char32_t unit) {
 }  // namespace
 
 String16::String16(const char* utf8, std::size_t length) {
-    const std::string_view text(utf8, length);
+    std::string_view text(utf8, length);
     m_units.reserve(length);
-    for (std::size_t position = 0; position < text.size();) {
-        const char32_t point = DecodeUtf8(text, position);
+    while (!text.empty()) {
+        const std::size_t size = SequenceLength(static_cast<unsigned char>(text.front()));
+        if (size > text.size()) {
+            m_units.clear();
+            return;
+        }
+        const char32_t point = DecodeSequence(text.substr(0, size));
+        text.remove_prefix(size);
         if (point < 0x10000) {
             m_units += static_cast<char16_t>(point);
         } else {
@@ -99,7 +78,7 @@ String8::String8(const String16& utf16) {
         if (IsHighSurrogate(point) && i + 1 < units.size() && IsLowSurrogate(units[i + 1])) {
             point = 0x10000 + ((point - 0xD800) << 10) + (units[++i] - 0xDC00U);
         } else if (IsHighSurrogate(point) || IsLowSurrogate(point)) {
-            point = kReplacement;
+            continue;
         }
         AppendUtf8(m_text, point);
     }

@@ -1,19 +1,29 @@
 #pragma once
 
+#ifdef KO_LIBUTILS
+// Android's own.
+#include <utils/String16.h>
+#include <utils/String8.h>
+#else
+
 #include <cstddef>
 #include <string>
-#include <utility>
 
+// Android's strings as far as the console needs them, with the same results for every input. For
+// text that must be well-formed there is format/utf8.h.
 namespace android {
 
-// UTF-16 text. Never throws on malformed input: what cannot be decoded becomes U+FFFD.
+// UTF-16 units, well-formed or not.
 class String16 {
 public:
     String16() = default;
-    // From UTF-8 up to the terminating NUL.
+    // From 8-bit text up to the terminating NUL.
     explicit String16(const char* utf8) : String16(utf8, std::char_traits<char>::length(utf8)) {}
+    // From 8-bit text. Empty when the last sequence is cut short; else nothing is checked: each
+    // sequence has the length that its first byte tells, and its number, overlong or a surrogate as
+    // it may be, is taken from the bits that the encoding gives to it.
     String16(const char* utf8, std::size_t length);
-    explicit String16(std::u16string units) : m_units(std::move(units)) {}
+    String16(const char16_t* units, std::size_t count) : m_units(units, count) {}
 
     const char16_t* string() const { return m_units.c_str(); }
     std::size_t size() const { return m_units.size(); }
@@ -22,9 +32,10 @@ private:
     std::u16string m_units;
 };
 
-// UTF-8 text. A lone surrogate of the UTF-16 it is made from becomes U+FFFD.
+// 8-bit text.
 class String8 {
 public:
+    // UTF-8 of the units but for lone surrogates, which are left out.
     explicit String8(const String16& utf16);
 
     const char* string() const { return m_text.c_str(); }
@@ -35,3 +46,5 @@ private:
 };
 
 }  // namespace android
+
+#endif

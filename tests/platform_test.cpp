@@ -16,7 +16,8 @@ TEST(ParcelTest, ReadsStayInsideTheBytes) {
         {"negative count", {0xFF, 0xFF, 0xFF, 0xFF, 1, 2, 3, 4}, 4},
         {"largest count", {0xFF, 0xFF, 0xFF, 0x7F, 1, 2, 3, 4}, 4},
         {"one unit too many", {2, 0, 0, 0, 'a', 0, 'b', 0}, 4},
-        {"no terminator", {1, 0, 0, 0, 'a', 0, 'b', 0}, 4},
+        {"no zero unit", {1, 0, 0, 0, 'a', 0, 'b', 0, 1}, 1},
+        {"no zero unit, padded", {2, 0, 0, 0, 'a', 0, 'b', 0, 'c', 0, 0, 0, 1, 0, 0, 0}, 4},
         {"padding cut off", {0, 0, 0, 0, 0, 0}, 2},
         {"no count", {1, 0, 0}, 3},
     };

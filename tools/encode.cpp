@@ -32,7 +32,9 @@ int RunEncode(const CommandLine& line) {
     if (!Prepare(line, call)) {
         return kExitNotSent;
     }
-    const auto fields = ReadFields(call.request, "d" + call.cmd->m_strParaFmt);
+    android::Parcel sent;
+    sent.setData(call.request.data(), call.request.dataSize());
+    const auto fields = ReadFields(sent, "d" + call.cmd->m_strParaFmt);
     if (!fields) {
         Complain("the request does not read back");
         return kExitNotSent;
@@ -40,11 +42,11 @@ int RunEncode(const CommandLine& line) {
     std::vector<std::vector<std::string>> rows = {{"offset", "bytes", "type", "value"}};
     for (const ParcelField& field : *fields) {
         rows.push_back({std::to_string(field.offset),
-                        HexBytes(call.request.data() + field.offset, field.size),
+                        HexBytes(sent.data() + field.offset, field.size),
                         FindFormatLetter(field.letter)->typeName, ValueText(field)});
     }
     rows[1].back() = Hex(call.cmd->m_instruct) + " instruction";
-    rows.push_back({"header", HeaderBytes(call.request.dataSize())});
+    rows.push_back({"header", HeaderBytes(sent.dataSize())});
     PrintTable(rows, "");
     return kExitDone;
 }

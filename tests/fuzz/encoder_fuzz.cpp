@@ -13,8 +13,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (KoCmdDebug::ParseCmdImp(parts[0], valid, request, args) != 0 || valid == 0) {
         return 0;
     }
-    const auto fields = ReadFields(request, parts[0]);
-    Require(fields.has_value() && request.dataAvail() == 0, "what encodes decodes");
+    android::Parcel sent;
+    sent.setData(request.data(), request.dataSize());
+    const auto fields = ReadFields(sent, parts[0]);
+    Require(fields.has_value() && sent.dataAvail() == 0, "what encodes decodes");
     android::Parcel again;
     for (const ParcelField& field : *fields) {
         WriteField(again, field.value);

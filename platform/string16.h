@@ -22,8 +22,8 @@ public:
     // From 8-bit text. Empty when the last sequence is cut short; else nothing is checked: each
     // sequence has the length that its first byte tells, and its number, overlong or a surrogate as
     // it may be, is taken from the bits that the encoding gives to it.
-    String16(const char* utf8, std::size_t length);
-    String16(const char16_t* units, std::size_t count) : m_units(units, count) {}
+    explicit String16(const char* utf8, std::size_t length);
+    explicit String16(const char16_t* units, std::size_t count) : m_units(units, count) {}
 
     const char16_t* string() const { return m_units.c_str(); }
     std::size_t size() const { return m_units.size(); }

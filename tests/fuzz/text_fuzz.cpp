@@ -9,7 +9,7 @@ namespace {
 // A copy of its own, so that the sanitizer sees a read behind it.
 android::String16 Widen(const std::string& text) {
     const std::vector<char> bytes(text.begin(), text.end());
-    return {bytes.data(), bytes.size()};
+    return android::String16(bytes.data(), bytes.size());
 }
 
 std::string Narrow(const android::String16& wide) {

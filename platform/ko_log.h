@@ -11,8 +11,9 @@ constexpr char kLogTag[] = "KoMW_Ko_cmd_pri";
 
 class KoLog {
 public:
-    // Writes one entry to the platform log, never to the terminal. Safe on any thread, not in
-    // signal handlers. `function` and `line` name the call that logs.
+    // Writes one entry, "[function:line] text" of at most 511 bytes of text, to the log daemon
+    // where one is, to syslog elsewhere; never to the terminal. Does not wait: what neither takes
+    // now is lost. Safe on any thread, not in signal handlers.
     static void PrintLog(ATV_LOG_PRIO_E priority, const char* tag, const char* function,
                          unsigned int line, const char* format, ...)
         __attribute__((format(printf, 5, 6)));

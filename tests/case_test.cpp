@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/child.h"
+#include "tests/support/log_daemon.h"
 #include "tests/support/played_page.h"
 #include "tests/support/test_root.h"
 
@@ -73,6 +74,8 @@ Words SplitWords(const std::string& text) {
 //   shell                runs the body with the programs as $KO, $SERVICE and $TOOL; "serve"
 //                        starts the stand-in as $!, with its output in service.log
 //   output               what either printed, then standard error's rows behind "! "
+//   logd                 plays the log daemon to the programs behind it
+//   log                  what they have logged since; "*" stands for the number of a source line
 //   $ WORDS              runs the tool; the body is what it prints, without marks
 //   posted MODULE LINE   the page that the console posts for the line
 //   is FILE              what a file holds
@@ -84,10 +87,12 @@ public:
 
 private:
     std::string Run(const std::string& program, const Words& words, const std::string& input);
+    std::string Logged(bool anyLine) const;
 
     TestRoot m_root;
     std::unique_ptr<Service> m_service;
     std::optional<PlayedPage> m_page;
+    std::optional<LogDaemon> m_log;
     std::vector<Words> m_replies;
     std::string m_printed;
 };
@@ -110,6 +115,11 @@ std::string Case::Run(const std::string& program, const Words& words, const std:
     return printed + "exit " + std::to_string(exit) + "\n";
 }
 
+std::string Case::Logged(bool anyLine) const {
+    const std::string rows = m_log->TakeRows();
+    return anyLine ? std::regex_replace(rows, std::regex(":[0-9]+\\]"), ":*]") : rows;
+}
+
 void Case::Play(const std::string& title, const std::string& body) {
     const std::string kind = title.substr(0, title.find(' '));
     std::string rest = title.substr(std::min(kind.size() + 1, title.size()));
@@ -129,6 +139,10 @@ void Case::Play(const std::string& title, const std::string& body) {
         m_printed = Run("/bin/sh", {"-c", kPrograms + body}, "");
     } else if (kind == "output") {
         EXPECT_EQ(Expand(body), m_printed);
+    } else if (kind == "logd") {
+        m_log.emplace();
+    } else if (kind == "log") {
+        EXPECT_EQ(body, Logged(body.find(":*]") != std::string::npos));
     } else if (kind == "$") {
         EXPECT_EQ(body, Run("ko_cmd_tool", SplitWords(rest), "")) << title;
     } else if (kind == "posted") {

@@ -1,0 +1,74 @@
+#include "platform/ko_log.h"
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <syslog.h>
+#include <unistd.h>
+
+#include <cstdarg>
+#include <cstdint>
+#include <cstdio>
+#include <ctime>
+#include <string>
+
+#include "platform/device_root.h"
+#include "platform/ko_securec.h"
+#include "platform/unique_fd.h"
+
+namespace {
+
+constexpr char kLogSocket[] = KO_DEVICE_ROOT "/dev/socket/logdw";
+constexpr std::size_t kTextSize = 512;  // bytes of an entry's text, terminator included
+constexpr std::uint8_t kMainBuffer = 0;
+
+// What stands before an entry on its way to the log daemon. Behind it follow the priority in one
+// byte, the tag and the message, each with a NUL.
+struct __attribute__((packed)) EntryHeader {
+    std::uint8_t buffer;
+    std::uint16_t thread;
+    std::uint32_t seconds;  // of the day's clock
+    std::uint32_t nanoseconds;
+};
+static_assert(sizeof(EntryHeader) == 11);
+static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "the header is sent in host order");
+
+std::string Datagram(ATV_LOG_PRIO_E priority, const char* tag, const std::string& message) {
+    timespec now = {};
+    clock_gettime(CLOCK_REALTIME, &now);
+    const EntryHeader header = {kMainBuffer, static_cast<std::uint16_t>(gettid()),
+                                static_cast<std::uint32_t>(now.tv_sec),
+                                static_cast<std::uint32_t>(now.tv_nsec)};
+    std::string bytes(reinterpret_cast<const char*>(&header), sizeof(header));
+    bytes += static_cast<char>(priority);
+    bytes.append(tag).push_back('\0');
+    bytes.append(message).push_back('\0');
+    return bytes;
+}
+
+// Hands the datagram to the log daemon. False when it takes none now. Entries are rare: with a
+// socket for each, a daemon that starts anew is found again and threads share nothing.
+bool SendToDaemon(const std::string& datagram) {
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    const UniqueFd fd(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    return strcpy_s(address.sun_path, sizeof(address.sun_path), kLogSocket) == 0 &&
+           sendto(fd.Get(), datagram.data(), datagram.size(), MSG_DONTWAIT | MSG_NOSIGNAL,
+                  reinterpret_cast<const sockaddr*>(&address), sizeof(address)) >= 0;
+}
+
+}  // namespace
+
+void KoLog::PrintLog(ATV_LOG_PRIO_E priority, const char* tag, const char* function,
+                     unsigned int line, const char* format, ...) {
+    char text[kTextSize];
+    std::va_list values;
+    va_start(values, format);
+    std::vsnprintf(text, sizeof(text), format, values);
+    va_end(values);
+    const std::string message =
+        std::string("[") + function + ":" + std::to_string(line) + "] " + text;
+    if (!SendToDaemon(Datagram(priority, tag, message))) {
+        const int level = priority == ATV_LOG_PRIO_ERROR ? LOG_ERR : LOG_WARNING;
+        syslog(LOG_USER | level, "%s: %s", tag, message.c_str());
+    }
+}

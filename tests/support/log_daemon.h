@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+#include "platform/unique_fd.h"
+
+// Plays the platform's log daemon on a TestRoot, for the programs that run while it lives. It holds
+// ten entries at least; what more comes before they are taken is lost.
+class LogDaemon {
+public:
+    LogDaemon();
+    ~LogDaemon();
+    LogDaemon(const LogDaemon&) = delete;
+    LogDaemon& operator=(const LogDaemon&) = delete;
+
+    // The oldest entry, as it was sent; empty when there is none.
+    std::string Take() const;
+
+    // Takes all entries: a row for each with the priority, the tag and the message.
+    std::string TakeRows() const;
+
+private:
+    UniqueFd m_socket;
+};

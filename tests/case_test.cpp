@@ -32,6 +32,8 @@ constexpr char kPrograms[] = "KO='" KO_EMULATOR " " KO_BIN_DIR
                              "EXAMPLE='" KO_EMULATOR " " KO_EXAMPLE
                              "'; "
                              "CALLS=" KO_CALLS "; "
+                             "SCRIPTS='" KO_SOURCE_DIR
+                             "/script'; "
                              "serve() { : >service.log; $SERVICE \"$@\" >>service.log 2>&1 & "
                              "until grep -q serving service.log; do sleep 0.01; done; }\n";
 
@@ -71,8 +73,9 @@ Words SplitWords(const std::string& text) {
 //   reply LENGTH BYTES REMARK  answers a request of the next program with the bytes, as a reply of
 //                        that length, true or not; several answer in turn
 //   keys                 runs the console; the body is typed
-//   shell                runs the body with the programs as $KO, $SERVICE and $TOOL; "serve"
-//                        starts the stand-in as $!, with its output in service.log
+//   shell                runs the body with the programs as $KO, $SERVICE and $TOOL and the source
+//                        tree's script folder as $SCRIPTS; "serve" starts the stand-in as $!, with
+//                        its output in service.log
 //   output               what either printed, then standard error's rows behind "! "
 //   logd                 plays the log daemon to the programs behind it
 //   log                  what they have logged since; "*" stands for the number of a source line

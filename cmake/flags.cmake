@@ -15,6 +15,7 @@ if(KO_SANITIZE)
 else()
     # Needs the optimiser, and hides from the sanitizers what it catches itself.
     target_compile_options(ko_flags INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+    target_link_options(ko_flags INTERFACE -Wl,--gc-sections)
     if(NOT KO_LIBUTILS)  # which brings the shared one
         # One file goes to a device, whatever C++ runtime that has, and starts without resolving it.
         target_link_options(ko_flags INTERFACE -static-libstdc++ -static-libgcc)

@@ -2,20 +2,74 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <list>
+#include <map>
 #include <sstream>
 #include <string>
+#include <string_view>
 
-// What the console cannot do without: the C++ library at hand, raw mode, the prompt, and a key.
-int main() {
-    std::istringstream words("TV $");
+#include "bench/bench.h"
+#include "platform/sleep_once.h"
+
+namespace {
+
+void Write(const std::string& text) {
+    std::fputs(text.c_str(), stdout);
+    std::fflush(stdout);
+}
+
+// The writes of the console's listing: of its 512 words one half is modules, the other commands.
+void ListWords() {
+    constexpr int kGroup = kBenchWords / 2;
+    for (int i = 0; i < kBenchWords; ++i) {
+        if (i % kGroup == 0) {
+            Write(
+                "\n==================================a group==================================\n");
+        }
+        const int column = i % kGroup % 10;
+        Write((column == 0 ? "" : "\t") + BenchWord(i) + (column == 9 ? "\n" : ""));
+    }
+    Write("\n");
+}
+
+}  // namespace
+
+// What the console cannot do without: the C++ library at hand, raw mode, the prompt, and keys.
+//   baseline          lists words on TAB
+//   baseline copy N   copies the N words of a map into a list on Enter
+//   baseline sleep    sleeps 10 ms at a time
+int main(int argc, char** argv) {
+    std::istringstream words("TV $\n");
     std::string prompt;
-    words >> prompt;
+    std::getline(words, prompt);
     termios settings = {};
     if (tcgetattr(STDIN_FILENO, &settings) == 0) {
         settings.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
         tcsetattr(STDIN_FILENO, TCSANOW, &settings);
     }
-    std::printf("TV $");
-    std::fflush(stdout);
-    return std::getchar() == EOF ? 1 : 0;
+    const std::string_view mode = argc > 1 ? argv[1] : "";
+    std::map<std::string, int> all;
+    for (int i = 0; mode == "copy" && i < std::stoi(argv[2]); ++i) {
+        all.emplace(BenchWord(i), i);
+    }
+    Write(prompt);
+    while (mode == "sleep") {
+        SleepOnce(std::chrono::milliseconds(10));
+    }
+    for (int key = std::getchar(); key != EOF; key = std::getchar()) {
+        if (key == '\t') {
+            ListWords();
+            Write(prompt);
+        } else if (key == '\n') {
+            Write("\n\r");
+            std::list<std::string> copy;
+            for (const auto& word : all) {
+                copy.push_back(word.first);
+            }
+            Write(prompt);
+        } else {
+            Write(std::string(1, static_cast<char>(key)));
+        }
+    }
+    return 0;
 }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "format/printable.h"
 #include "platform/ko_file.h"
 #include "platform/ko_securec.h"
 #include "platform/parcel.h"
@@ -71,4 +72,26 @@ TEST(SecurecTest, NothingIsWrittenPastTheCapacity) {
     EXPECT_EQ(-1, sprintf_s(text, 4, "%d", 1234));
     EXPECT_EQ(-1, snprintf_s(text, 4, 2, "%d", 123));
     EXPECT_EQ(2, snprintf_s(text, 4, 2, "%d", 12));
+}
+
+TEST(PrintableTest, WhatIsIllFormedIsReplacedAndWhatATerminalObeysEscaped) {
+    const struct {
+        std::string_view text;
+        const char* shown;
+    } cases[] = {
+        {{"a\0\x1f\x7f~", 5}, "a\\x00\\x1f\\x7f~"},
+        {"\xc2\x80\xc2\x9f\xc2\xa0", "\\x80\\x9f\xc2\xa0"},
+        {"\xdf\xbf\xe0\xa0\x80\xed\x9f\xbf\xee\x80\x80",
+         "\xdf\xbf\xe0\xa0\x80\xed\x9f\xbf\xee\x80\x80"},
+        {"\xf0\x90\x80\x80\xf4\x8f\xbf\xbf", "\xf0\x90\x80\x80\xf4\x8f\xbf\xbf"},
+        {"\x80z\xc1\xbf", "�z��"},
+        {"\xe0\x9f\xbf", "���"},
+        {"\xed\xa0\x80", "���"},
+        {"\xf0\x8f\xbf\xbf", "����"},
+        {"\xf4\x90\x80\x80", "����"},
+        {"\xf5\xe2\x82z\xf0\x9f\x98", "��z�"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(c.shown, Printable(c.text));
+    }
 }

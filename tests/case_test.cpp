@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <iterator>
+#include <map>
 #include <memory>
 #include <optional>
 #include <regex>
@@ -11,6 +13,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/case_text.h"
 #include "tests/support/child.h"
 #include "tests/support/log_daemon.h"
 #include "tests/support/played_page.h"
@@ -20,49 +23,47 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using Words = std::vector<std::string>;
+// For the shell: the programs, through a link whose path needs no quotes, and the service in the
+// background once it serves.
+constexpr char kPrograms[] =
+    "ln -sfn '" KO_BIN_DIR "' bin; BIN=\"" KO_EMULATOR
+    " $PWD/bin\"; KO=$BIN/ko_cmd_debug; TOOL=$BIN/ko_cmd_tool; SERVICE=$BIN/ko_tv_service; "
+    "SCRIPTS='" KO_SOURCE_DIR
+    "/script'; "
+    "ln -sfn '" KO_EXAMPLE "' example; EXAMPLE=\"" KO_EMULATOR " $PWD/example\"; CALLS=" KO_CALLS
+    "; "
+    "serve() { : >service.log; $SERVICE \"$@\" >>service.log 2>&1 & "
+    "until grep -q serving service.log; do sleep 0.01; done; }\n";
 
-// For the shell: the programs, and the service in the background once it serves.
-constexpr char kPrograms[] = "KO='" KO_EMULATOR " " KO_BIN_DIR
-                             "/ko_cmd_debug'; "
-                             "TOOL='" KO_EMULATOR " " KO_BIN_DIR
-                             "/ko_cmd_tool'; "
-                             "SERVICE='" KO_EMULATOR " " KO_BIN_DIR
-                             "/ko_tv_service'; "
-                             "EXAMPLE='" KO_EMULATOR " " KO_EXAMPLE
-                             "'; "
-                             "CALLS=" KO_CALLS "; "
-                             "SCRIPTS='" KO_SOURCE_DIR
-                             "/script'; "
-                             "serve() { : >service.log; $SERVICE \"$@\" >>service.log 2>&1 & "
-                             "until grep -q serving service.log; do sleep 0.01; done; }\n";
+constexpr char kPrompt[] = "TV $";
 
-// "\r", "\t", "\b" and "\x1b" are those bytes, a backslash at the end of a row takes the line end
-// away; "{a*300}" is 300 times "a", also over several rows, and each "(n)" in it is its number.
-std::string Expand(std::string text) {
-    static const std::regex kMark(R"(\{([^*]+)\*([0-9]+)\}|\\(x[0-9a-f]{2}|[rtb\n]))");
-    static const std::regex kNumber("\\(n\\)");
-    std::string expanded;
-    for (std::smatch match; std::regex_search(text, match, kMark); text = match.suffix()) {
-        expanded += match.prefix();
-        const std::string escape = match[3];  // empty for a repetition
-        if (escape.size() == 3) {
-            expanded += static_cast<char>(std::stoi(escape.substr(1), nullptr, 16));
-        } else if (!escape.empty() && escape != "\n") {
-            expanded += "\r\t\b"[std::string_view("rtb").find(escape)];
-        }
-        for (int n = 0; match[2].matched && n < std::stoi(match[2]); ++n) {
-            expanded += Expand(std::regex_replace(match[1].str(), kNumber, std::to_string(n)));
-        }
+// A row of a table: "LINE => OUTCOME", or "LINE <= LENGTH BYTES => OUTCOME" with a reply. Nothing
+// may come of a line.
+struct TableRow {
+    explicit TableRow(const std::string& row) : left(row.substr(0, row.find(" =>"))) {
+        const std::size_t arrow = left.find(" <= ");
+        line = left.substr(0, arrow);
+        reply = arrow != std::string::npos ? SplitWords(left.substr(arrow + 4)) : Words();
     }
-    return expanded + text;
-}
 
-Words SplitWords(const std::string& text) {
-    std::istringstream stream(text);
-    Words words{std::istream_iterator<std::string>(stream), {}};
-    std::transform(words.begin(), words.end(), words.begin(), Expand);
-    return words;
+    std::string left;
+    std::string line;
+    Words reply;
+};
+
+// A table's row as it was played: what the program printed in one row, its rules as "=", behind
+// the arguments of what it posted.
+std::string PlayedRow(const TableRow& row, const std::string& request, std::string printed) {
+    static const std::regex kRule("={27}\n");
+    constexpr std::size_t kArguments = 3 * (8 + 4);  // behind header and instruction
+    std::string outcome = request.size() > kArguments && row.reply.empty()
+                              ? request.substr(kArguments)
+                              : std::string();
+    std::replace(outcome.begin(), outcome.end(), '\n', ' ');
+    outcome += std::regex_replace(printed, kRule, "=\n");
+    std::replace(outcome.begin(), outcome.end(), '\n', '/');
+    outcome.erase(outcome.find_last_not_of(" /") + 1);
+    return Expand(row.left) + " =>" + (outcome.empty() ? "" : " " + outcome) + "\n";
 }
 
 // Each file of tests/cases is played on a television of its own. A row "--- TITLE" begins a
@@ -82,8 +83,12 @@ Words SplitWords(const std::string& text) {
 //   $ WORDS              runs the tool; the body is what it prints, without marks
 //   posted MODULE LINE   the page that the console posts for the line
 //   is FILE              what a file holds
-// A title with a dot is a file to write. Words, keys, outputs and files may have the marks of
-// Expand.
+//   typed MODULE         a table of lines typed in the module, in one console, and what comes of
+//                        each; without a service or a reply each is answered with status 0
+//   tool WORDS           a table of words behind these, and the exit status and output of the tool
+//   check                runs the check over mods.conf and cmds.conf, which hold its findings
+// A title with a dot is a file to write. Words, keys, tables, outputs and files may have the marks
+// of Expand, outputs "..." for any text in a row, and catalogue files those of ReadCatalogue.
 class Case {
 public:
     void Play(const std::string& title, const std::string& body);
@@ -91,12 +96,23 @@ public:
 private:
     std::string Run(const std::string& program, const Words& words, const std::string& input);
     std::string Logged(bool anyLine) const;
+    std::string Type(Child& console, const TableRow& row);
+    void Serve(const Words& options);
+    void AddReply(const Words& reply);
+    static void PlayTable(const std::string& title, const std::string& table,
+                          const std::function<std::string(const TableRow&)>& play);
+    void PlayTyped(const std::string& module, const std::string& table);
+    void PlayTool(const std::string& words, const std::string& table);
+    void Check();
+    void ExpectPosted(std::string moduleAndLine, const std::string& page);
+    void Write(const std::string& path, const std::string& body);
 
     TestRoot m_root;
     std::unique_ptr<Service> m_service;
     std::optional<PlayedPage> m_page;
     std::optional<LogDaemon> m_log;
     std::vector<Words> m_replies;
+    std::map<std::string, Words, std::greater<>> m_findings;  // by file, the modules' first
     std::string m_printed;
 };
 
@@ -105,7 +121,7 @@ std::string Case::Run(const std::string& program, const Words& words, const std:
     child.Type(input);
     child.CloseInput();
     for (const Words& reply : std::exchange(m_replies, {})) {
-        m_page->TakeRequest();
+        EXPECT_NE("", m_page->TakeRequest(child)) << "for the reply " << reply.back();
         m_page->Reply(reply[1], std::stoul(reply[0]));
     }
     std::string printed = child.ReadRest();
@@ -123,53 +139,138 @@ std::string Case::Logged(bool anyLine) const {
     return anyLine ? std::regex_replace(rows, std::regex(":[0-9]+\\]"), ":*]") : rows;
 }
 
+// Types the row's line and plays the service, where there is none.
+std::string Case::Type(Child& console, const TableRow& row) {
+    console.Type(Expand(row.line) + "\n");
+    console.ReadUntil("\n\r");
+    const std::string request = m_service ? "" : m_page->TakeRequest(console, kPrompt);
+    if (!request.empty()) {
+        const Words reply = row.reply.empty() ? Words{"4", std::string(4, '\0')} : row.reply;
+        m_page->Reply(reply[1], std::stoul(reply[0]));
+    }
+    const std::string printed = console.ReadUntil(kPrompt);
+    return PlayedRow(row, request, printed.substr(0, printed.rfind('\n') + 1));
+}
+
+void Case::Serve(const Words& options) {
+    m_page.reset();
+    m_service.reset();
+    m_service = std::make_unique<Service>(options);
+}
+
+void Case::AddReply(const Words& reply) {
+    m_page.emplace();
+    m_replies.push_back(reply);
+}
+
+void Case::PlayTable(const std::string& title, const std::string& table,
+                     const std::function<std::string(const TableRow&)>& play) {
+    std::istringstream rows(table);
+    std::string played;
+    const bool failed = testing::Test::HasFailure();
+    for (std::string row; std::getline(rows, row) && testing::Test::HasFailure() == failed;) {
+        played += play(TableRow(row));
+    }
+    ExpectRows(Expand(table), played, title);
+}
+
+void Case::PlayTyped(const std::string& module, const std::string& table) {
+    m_page.reset();
+    if (!m_service) {
+        m_page.emplace();
+    }
+    Child console("ko_cmd_debug", {}, Child::Io::kPipes);
+    console.ReadUntil(kPrompt);
+    Type(console, TableRow(module));
+    PlayTable(module, table, [&](const TableRow& row) { return Type(console, row); });
+}
+
+void Case::PlayTool(const std::string& words, const std::string& table) {
+    PlayTable(words, table, [&](const TableRow& row) {
+        if (!row.reply.empty()) {
+            AddReply(row.reply);
+        }
+        const std::string printed = Run("ko_cmd_tool", SplitWords(words + " " + row.line), "");
+        const std::size_t exit = printed.rfind("exit ");
+        return PlayedRow(row, "", printed.substr(exit + 5) + printed.substr(0, exit));
+    });
+}
+
+void Case::Check() {
+    std::string expected;
+    int errors = 0;
+    int warnings = 0;
+    for (const auto& [file, findings] : m_findings) {
+        for (const std::string& finding : findings) {
+            expected += finding + "\n";
+            ++(finding.find(": error: ") != std::string::npos ? errors : warnings);
+        }
+    }
+    const auto counted = [](int count, const char* noun) {
+        return std::to_string(count) + noun + (count == 1 ? "" : "s");
+    };
+    expected += counted(errors, " error") + ", " + counted(warnings, " warning") + "\nexit " +
+                (errors == 0 ? "0" : "1") + "\n";
+    ExpectRows(expected, Run("ko_cmd_tool", {"check", "--catalogue", "."}, ""), "check");
+}
+
+void Case::ExpectPosted(std::string moduleAndLine, const std::string& posted) {
+    PlayedPage page;
+    Child console("ko_cmd_debug", {}, Child::Io::kPipes);
+    console.Type(moduleAndLine.replace(moduleAndLine.find(' '), 1, "\n") + "\n");
+    EXPECT_EQ(posted, page.TakeRequest(console)) << moduleAndLine;
+    page.Reply({}, sizeof(std::int32_t));
+}
+
+void Case::Write(const std::string& path, const std::string& body) {
+    if (fs::path(path).extension() != ".conf") {
+        m_root.Write(path, Expand(body));
+        return;
+    }
+    CatalogueText catalogue = ReadCatalogue(path, body);
+    m_root.Write(path, catalogue.rows);
+    m_findings[path] = std::move(catalogue.findings);
+}
+
 void Case::Play(const std::string& title, const std::string& body) {
     const std::string kind = title.substr(0, title.find(' '));
-    std::string rest = title.substr(std::min(kind.size() + 1, title.size()));
-    if (kind == "install") {
-        TestRoot::Install(rest);
-    } else if (kind == "folder") {
-        fs::create_directories(rest);
-    } else if (kind == "service" || kind == "stop") {
-        m_service.reset();
-        m_service = kind == "stop" ? nullptr : std::make_unique<Service>(SplitWords(rest));
-    } else if (kind == "reply") {
-        m_page.emplace();
-        m_replies.push_back(SplitWords(rest));
-    } else if (kind == "keys") {
-        m_printed = Run("ko_cmd_debug", {}, Expand(body));
-    } else if (kind == "shell") {
-        m_printed = Run("/bin/sh", {"-c", kPrograms + body}, "");
-    } else if (kind == "output") {
-        EXPECT_EQ(Expand(body), m_printed);
-    } else if (kind == "logd") {
-        m_log.emplace();
-    } else if (kind == "log") {
-        EXPECT_EQ(body, Logged(body.find(":*]") != std::string::npos));
-    } else if (kind == "$") {
-        EXPECT_EQ(body, Run("ko_cmd_tool", SplitWords(rest), "")) << title;
-    } else if (kind == "posted") {
-        PlayedPage page;
-        const Child console("ko_cmd_debug", {}, Child::Io::kPipes);
-        console.Type(rest.replace(rest.find(' '), 1, "\n") + "\n");
-        EXPECT_EQ(body, page.TakeRequest()) << title;
-        page.Reply({}, sizeof(std::int32_t));
-    } else if (kind == "is") {
-        EXPECT_EQ(Expand(body), ReadFile(rest));
-    } else if (kind.find('.') != std::string::npos) {
-        m_root.Write(title, Expand(body));
-    } else if (!kind.empty()) {
+    const std::string rest = title.substr(std::min(kind.size() + 1, title.size()));
+    const std::map<std::string, std::function<void()>> sections = {
+        {"", [] {}},
+        {"install", [&] { TestRoot::Install(rest); }},
+        {"folder", [&] { fs::create_directories(rest); }},
+        {"stop", [&] { m_service.reset(); }},
+        {"service", [&] { Serve(SplitWords(rest)); }},
+        {"reply", [&] { AddReply(SplitWords(rest)); }},
+        {"keys", [&] { m_printed = Run("ko_cmd_debug", {}, Expand(body)); }},
+        {"shell",
+         [&] {
+             m_printed = Run("/bin/sh", {"-c", kPrograms + body}, "");
+         }},
+        {"output", [&] { ExpectRows(Expand(body), m_printed, title); }},
+        {"$", [&] { ExpectRows(body, Run("ko_cmd_tool", SplitWords(rest), ""), title); }},
+        {"logd", [&] { m_log.emplace(); }},
+        {"log", [&] { EXPECT_EQ(body, Logged(body.find(":*]") != std::string::npos)); }},
+        {"posted", [&] { ExpectPosted(rest, body); }},
+        {"is", [&] { EXPECT_EQ(Expand(body), ReadFile(rest)); }},
+        {"typed", [&] { PlayTyped(rest, body); }},
+        {"tool", [&] { PlayTool(rest, body); }},
+        {"check", [&] { Check(); }},
+    };
+    if (kind.find('.') != std::string::npos) {
+        Write(title, body);
+    } else if (sections.count(kind) == 1) {
+        sections.at(kind)();
+    } else {
         ADD_FAILURE() << "no section is called " << title;
     }
 }
 
 std::vector<fs::path> CaseFiles() {
     std::vector<fs::path> files;
-    for (const auto& entry : fs::recursive_directory_iterator(SourcePath("tests/cases"))) {
-        if (entry.path().extension() == ".case") {
-            files.push_back(entry.path());
-        }
-    }
+    const fs::recursive_directory_iterator entries(SourcePath("tests/cases"));
+    std::copy_if(begin(entries), end(entries), std::back_inserter(files),
+                 [](const fs::path& path) { return path.extension() == ".case"; });
     return files;
 }
 
@@ -179,17 +280,12 @@ class CaseTest : public testing::TestWithParam<fs::path> {};
 
 TEST_P(CaseTest, HappensAsWritten) {
     Case played;
-    std::istringstream rows(ReadFile(GetParam()) + "--- stop\n");
-    std::string title;
-    std::string body;
-    for (std::string row; std::getline(rows, row);) {
-        if (row.rfind("--- ", 0) == 0) {
-            played.Play(title, body);
-            title = row.substr(4);
-            body.clear();
-        } else {
-            body += row + "\n";
-        }
+    std::string text = "\n" + ReadFile(GetParam());
+    text.pop_back();
+    for (const std::string& section : Split(text, "\n--- ")) {
+        const std::size_t end = section.find('\n');
+        played.Play(section.substr(0, end),
+                    end != std::string::npos ? section.substr(end + 1) + "\n" : "");
     }
 }
 

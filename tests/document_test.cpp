@@ -36,7 +36,7 @@ std::string DocumentedRows(const std::string& name) {
 // A shell carries out what stands behind the "$ " of a block; what it shows must be the block.
 void ExpectReal(const std::string& block) {
     std::string script =
-        "exec 2>&1; ko_cmd_tool() { " KO_EMULATOR " " KO_BIN_DIR "/ko_cmd_tool \"$@\"; }\n";
+        "exec 2>&1; ko_cmd_tool() { " KO_EMULATOR " '" KO_BIN_DIR "/ko_cmd_tool' \"$@\"; }\n";
     std::istringstream rows(block);
     for (std::string row; std::getline(rows, row);) {
         if (row.rfind("$ ", 0) == 0) {
@@ -73,7 +73,7 @@ TEST(DocumentTest, TheBytesOfTheProtocolAreTheRealOnes) {
         PlayedPage page;
         Child console("ko_cmd_debug", {}, Child::Io::kPipes);
         console.Type(module + "\n" + command + arguments + "\n");
-        EXPECT_EQ(DocumentedRows(command + "-request"), page.TakeRequest());
+        EXPECT_EQ(DocumentedRows(command + "-request"), page.TakeRequest(console));
         page.Die();
         const Service service({"--accept-old"});
         console.ReadUntil("=\n");

@@ -1,3 +1,6 @@
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -7,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/unique_fd.h"
 #include "tests/support/child.h"
 #include "tests/support/played_page.h"
 #include "tests/support/test_root.h"
@@ -49,7 +53,7 @@ TEST(ServiceFaultTest, AServiceThatDiesAndComesBackAnswersWhole) {
     PlayedPage dying;
     Console console;
     console.Type("setvol 0 35\n");
-    dying.TakeRequest();
+    EXPECT_NE("", dying.TakeRequest(console));
     dying.Die();
     {
         const Service back({"--accept-old"});
@@ -98,7 +102,7 @@ TEST(PageFaultTest, AConsoleWhosePageIsNoLongerTheServicesWaits) {
     Console console;
     const std::string reply(sizeof(std::int32_t), '\0');
     console.Type("mute 1\n");
-    page.TakeRequest();
+    EXPECT_NE("", page.TakeRequest(console));
     ASSERT_EQ(0, truncate(kTestPage, 0));
     ASSERT_EQ(0, truncate(kTestPage, kPageSize));
     page.Reply(reply, reply.size());
@@ -124,4 +128,34 @@ TEST(StreamFaultTest, AHangUpEndsTheConsole) {
         EXPECT_EQ(!ignored, WIFSIGNALED(status) && WTERMSIG(status) == SIGHUP) << status;
         EXPECT_EQ(ignored, WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
     }
+}
+
+// The rows of a process's mappings can be read only as long as it lives. Each is over the limit, so
+// that the console sleeps in the middle of them when nobody takes its messages.
+TEST(CatalogueFaultTest, AFileThatBreaksOffIsNoCatalogue) {
+    const ExampleRoot root;
+    const std::string name(255, 'x');
+    const UniqueFd mapped(open(root.Write(name, name).c_str(), O_RDONLY | O_CLOEXEC));
+    const pid_t other = fork();
+    if (other == 0) {
+        for (int i = 0; i < 1000; ++i) {
+            mmap(nullptr, 1, PROT_READ, MAP_PRIVATE, mapped.Get(), 0);
+        }
+        raise(SIGSTOP);
+    }
+    waitpid(other, nullptr, WUNTRACED);
+    fs::remove("root/vendor/etc/atv/dbg/cmds.conf");
+    fs::create_symlink("/proc/" + std::to_string(other) + "/maps",
+                       "root/vendor/etc/atv/dbg/cmds.conf");
+    Child console("ko_cmd_debug", {}, Child::Io::kPipes);
+    console.CloseInput();
+    const int full = fcntl(console.Terminal(), F_SETPIPE_SZ, 4096);
+    const std::string state = "/proc/" + std::to_string(console.Pid()) + "/stat";
+    for (int held = 0; held < full || ReadFile(state).find(") S ") == std::string::npos;) {
+        ASSERT_EQ(0, ioctl(console.Terminal(), FIONREAD, &held));
+        ASSERT_EQ(std::string::npos, ReadFile(state).find(") Z "));
+    }
+    kill(other, SIGKILL);
+    waitpid(other, nullptr, 0);
+    console.ReadUntil("\nfile path error or open file failure\nParseCmds fail\n");
 }

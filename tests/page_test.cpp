@@ -1,13 +1,13 @@
 #include <fcntl.h>
-#include <sys/mman.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include <csignal>
 
 #include <gtest/gtest.h>
 
-#include "console/ko_cmd_debug.h"
 #include "page/page_guard.h"
+#include "page/page_lock.h"
 #include "page/share_page_client.h"
 #include "tests/support/played_page.h"
 #include "tests/support/recording_log.h"
@@ -29,23 +29,6 @@ protected:
 volatile std::sig_atomic_t g_earlierHandlerRan = 0;
 
 }  // namespace
-
-TEST_F(PageTest, WhatCannotBePostedLeavesThePage) {
-    g_pSharePage = m_page.Get();
-    KoCmdDebug console;
-    android::Parcel empty;
-    android::Parcel large;
-    const std::vector<std::uint8_t> bytes(kDataCapacity + 1);
-    large.setData(bytes.data(), bytes.size());
-    testing::internal::CaptureStdout();
-    EXPECT_EQ(-1, console.CopyCmdToBuf("c", empty));
-    EXPECT_EQ(-1, console.CopyCmdToBuf("c", large));
-    EXPECT_EQ("requestData is the null\n", testing::internal::GetCapturedStdout());
-    EXPECT_FALSE(m_page.Service().PostReply(nullptr, 0));
-    EXPECT_FALSE(m_page.Service().PostReply(bytes.data(), bytes.size()));
-    EXPECT_EQ(0, m_page.Get()->header.load());
-    g_pSharePage = static_cast<SharePage*>(MAP_FAILED);
-}
 
 TEST_F(PageTest, APageThatVanishesUnderTheGuardKillsNobody) {
     ASSERT_EQ(PageResult::kDone, m_client.Post(kRequest, sizeof(kRequest)));
@@ -86,13 +69,6 @@ TEST_F(PageTest, TheGuardNestsUnblocksItsSignalAndPassesOthersOn) {
     EXPECT_EQ(1, g_earlierHandlerRan);
 }
 
-TEST_F(PageTest, PostingClearsAReplyFlagLeftBehind) {
-    StoreHeader(*m_page.Get(), kReplyReady, 4);
-    ASSERT_EQ(PageResult::kDone, m_client.Post(kRequest, sizeof(kRequest)));
-    EXPECT_EQ(0x0000000400000001U, m_page.Get()->header.load());
-    EXPECT_EQ(PageResult::kNotAnswered, m_client.Wait(std::chrono::steady_clock::now()));
-}
-
 TEST_F(PageTest, WithoutLocksEveryTurnIsGrantedAndTheLogSaysSoOnce) {
     // A descriptor that cannot write gets no exclusive lock.
     PageLock lock(UniqueFd(open(kTestPage, O_RDONLY | O_CLOEXEC)).Get());
@@ -101,4 +77,19 @@ TEST_F(PageTest, WithoutLocksEveryTurnIsGrantedAndTheLogSaysSoOnce) {
     EXPECT_TRUE(lock.Take(std::chrono::steady_clock::now()));
     ASSERT_EQ(1U, g_logEntries.size());
     EXPECT_NE(std::string::npos, g_logEntries[0].find("cannot be locked")) << g_logEntries[0];
+}
+
+// The reply is there already: only a wait that sleeps before its first look lasts until the alarm,
+// which comes again and again for a wait that began late.
+TEST_F(PageTest, TheFirstLookComesAStepAfterPosting) {
+    static volatile std::sig_atomic_t woken = 0;
+    SharePageClient client(m_page.Get(), std::chrono::hours(1));
+    m_page.Reply({}, 4);
+    std::signal(SIGALRM, [](int) { woken = 1; });
+    const itimerval often = {{0, 10000}, {0, 10000}};
+    setitimer(ITIMER_REAL, &often, nullptr);
+    EXPECT_EQ(PageResult::kDone, client.Wait());
+    EXPECT_EQ(1, woken);
+    const itimerval never = {};
+    setitimer(ITIMER_REAL, &never, nullptr);
 }

@@ -3,36 +3,7 @@
 #include "format/printable.h"
 #include "platform/ko_file.h"
 #include "platform/ko_securec.h"
-#include "platform/parcel.h"
 #include "tests/support/test_root.h"
-
-using android::Parcel;
-
-TEST(ParcelTest, ReadsStayInsideTheBytes) {
-    struct {
-        const char* what;
-        std::vector<std::uint8_t> bytes;
-        std::size_t left;  // behind the string
-    } const cases[] = {
-        {"negative count", {0xFF, 0xFF, 0xFF, 0xFF, 1, 2, 3, 4}, 4},
-        {"largest count", {0xFF, 0xFF, 0xFF, 0x7F, 1, 2, 3, 4}, 4},
-        {"one unit too many", {2, 0, 0, 0, 'a', 0, 'b', 0}, 4},
-        {"no zero unit", {1, 0, 0, 0, 'a', 0, 'b', 0, 1}, 1},
-        {"no zero unit, padded", {2, 0, 0, 0, 'a', 0, 'b', 0, 'c', 0, 0, 0, 1, 0, 0, 0}, 4},
-        {"padding cut off", {0, 0, 0, 0, 0, 0}, 2},
-        {"no count", {1, 0, 0}, 3},
-    };
-    Parcel parcel;
-    EXPECT_EQ(nullptr, parcel.data());
-    for (const auto& c : cases) {
-        EXPECT_EQ(0, parcel.setData(c.bytes.data(), c.bytes.size()));
-        EXPECT_EQ(0U, parcel.readString16().size()) << c.what;
-        EXPECT_EQ(0, parcel.readInt64()) << c.what;
-        EXPECT_EQ(0.0, parcel.readDouble()) << c.what;
-        EXPECT_EQ(c.left, parcel.dataAvail()) << c.what;
-        EXPECT_EQ(c.left >= 4, parcel.readInt32() != 0) << c.what;
-    }
-}
 
 TEST(KoFileTest, RowsOfAnyLengthComeWholeAndCanBeGivenBackOnce) {
     const TestRoot root;

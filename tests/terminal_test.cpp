@@ -37,17 +37,8 @@ TEST_F(TerminalTest, RunsRawAndPutsTheSettingsBack) {
     EXPECT_NE(0U, raw.c_lflag & ISIG);
     EXPECT_EQ(1, raw.c_cc[VMIN]);
     EXPECT_EQ(0, raw.c_cc[VTIME]);
-    m_console.Type("au\t");
-    m_console.ReadUntil("aud");
-    m_console.Type("\n");
-    m_console.ReadUntil("audio@TV $");
-    m_console.Type("setvol 0 3\b7\n");
-    EXPECT_EQ(
-        "setvol 0 3\b \b7\n\r===========================\noutput:0\tvolume:7\t\n"
-        "===========================\naudio@TV $",
-        m_console.ReadUntil("audio@TV $"));
-    m_console.Type("\x1b[A\x1b[A");
-    m_console.ReadUntil("setvol 0 7\b \b\b \b\b \b\b \b\b \b\b \b\b \b\b \b\b \b\b \baud");
+    m_console.Type("au\t\n\x1b[A");
+    m_console.ReadUntil("aud\n\raudio@TV $aud");
     m_console.Type("\b\b\bq\nq\n");
     EXPECT_EQ("\b \b\b \b\b \bq\n\rTV $q\n\r", m_console.ReadRest());
     EXPECT_EQ(0, m_console.Wait());
@@ -144,7 +135,7 @@ TEST(ToolTerminalTest, NoTextSteersTheTerminal) {
     for (const auto& c : cases) {
         Child tool("ko_cmd_tool", c.words, Child::Io::kTerminal);
         if (c.words[0] == "call") {
-            page.TakeRequest();
+            EXPECT_NE("", page.TakeRequest(tool));
             page.Reply(text, text.size());
         }
         std::string printed = tool.ReadUntil(c.seen);

@@ -8,7 +8,6 @@
 #include "console/ko_cmd_debug.h"
 #include "page/page_mapping.h"
 #include "tests/fuzz/fuzz_input.h"
-#include "tests/fuzz/memory_file.h"
 
 namespace {
 

@@ -5,7 +5,6 @@
 #include "service/tv_service.h"
 #include "tests/fuzz/fuzz_input.h"
 #include "tests/fuzz/hostile_page.h"
-#include "tests/fuzz/memory_file.h"
 
 namespace {
 

@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <termios.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -98,18 +99,27 @@ void Child::Type(std::string_view bytes) const {
     }
 }
 
+// False at the end of the output.
+bool Child::ReadSome() {
+    char bytes[4096];
+    const ssize_t got = read(m_output.Get(), bytes, sizeof(bytes));
+    m_pending.append(bytes, static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+    return got > 0;
+}
+
 bool Child::ReadMore() {
     pollfd waiting = {m_output.Get(), POLLIN, 0};
     if (poll(&waiting, 1, kPatienceMs) <= 0) {
         ADD_FAILURE() << "nothing more came behind: " << m_pending;
         return false;
     }
-    char bytes[4096];
-    const ssize_t got = read(m_output.Get(), bytes, sizeof(bytes));
-    if (got > 0) {
-        m_pending.append(bytes, static_cast<std::size_t>(got));
-    }
-    return got > 0;
+    return ReadSome();
+}
+
+bool Child::Holds(const std::string& text) {
+    pollfd waiting = {m_output.Get(), POLLIN, 0};
+    return (poll(&waiting, 1, 0) > 0 && !ReadSome()) ||
+           (!text.empty() && m_pending.find(text) != std::string::npos);
 }
 
 std::string Child::ReadUntil(const std::string& text) {

@@ -31,6 +31,10 @@ public:
     // Reads until the output not yet taken holds `text`; takes and returns it up to there.
     std::string ReadUntil(const std::string& text);
 
+    // Reads what there is. True once the output not yet taken holds `text`, which may be empty for
+    // none, or has come to its end.
+    bool Holds(const std::string& text);
+
     // Reads to the end of the output and returns what was not yet taken.
     std::string ReadRest();
 
@@ -45,6 +49,7 @@ public:
     int Terminal() const { return m_output.Get(); }
 
 private:
+    bool ReadSome();
     bool ReadMore();
     void Kill() const;
     pid_t WaitStatus(int options, int ms, int& status) const;

@@ -6,6 +6,7 @@
 
 #include "page/page_mapping.h"
 #include "page/tv_service_page.h"
+#include "tests/support/child.h"
 
 // The page of a TestRoot with its service in the hands of the test. A second mapping, as another
 // process has it, reaches every byte.
@@ -13,8 +14,9 @@ class PlayedPage {
 public:
     PlayedPage();
 
-    // Waits for a request and returns it as PageRows does.
-    std::string TakeRequest();
+    // Waits for a request of the program and returns it as PageRows does; empty when the program
+    // has ended or printed `text` without one.
+    std::string TakeRequest(Child& program, const std::string& text = {});
 
     // Writes over the start of the data and leaves the request where it is.
     void Scribble(std::string_view bytes) const;

@@ -1,0 +1,136 @@
+#include "tests/support/case_text.h"
+
+#include <algorithm>
+#include <iterator>
+#include <regex>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+bool BeginsWith(std::string_view text, std::string_view beginning) {
+    return text.substr(0, beginning.size()) == beginning;
+}
+
+bool Matches(std::string_view text, std::string_view pattern) {
+    const std::size_t any = pattern.find("...");
+    if (any == std::string_view::npos || !BeginsWith(text, pattern.substr(0, any))) {
+        return text == pattern;
+    }
+    for (std::size_t i = any; i <= text.size(); ++i) {
+        if (Matches(text.substr(i), pattern.substr(any + 3))) {
+            return true;
+        }
+    }
+    return text == pattern;
+}
+
+// Appends a row as it is written, or the block that it stands for. Returns the line that findings
+// about it name: that of the last row that was changed, or of the title.
+std::size_t Append(Words& rows, const std::string& row, bool isCommand) {
+    const std::size_t end = BeginsWith(row, "[") ? row.find("]+") : std::string::npos;
+    if (end == std::string::npos) {
+        rows.push_back(row);
+        return rows.size();
+    }
+    const std::size_t title = rows.size() + 1;
+    Words block = {row.substr(0, end + 1), "command = " + row.substr(1, end - 1),
+                   "instruction = " + std::to_string(title), "description = text"};
+    if (isCommand) {
+        block.insert(block.end() - 1, {"belong module = m", "para format = d", "print format = d",
+                                       "print tags = n"});
+    }
+    std::size_t place = title;
+    for (const std::string& change : Split(row.substr(std::min(end + 3, row.size())), " | ")) {
+        const bool leaveOut = BeginsWith(change, "-");
+        const std::string key = change.substr(leaveOut ? 1 : 0, change.find(" =")) + " =";
+        const auto found = std::find_if(block.begin(), block.end(),
+                                        [&key](const auto& r) { return BeginsWith(r, key); });
+        place = title + static_cast<std::size_t>(leaveOut ? 0 : found - block.begin());
+        if (leaveOut) {
+            block.erase(found);
+        } else if (found != block.end()) {
+            *found = change;
+        } else if (!change.empty()) {
+            block.push_back(change);
+        }
+    }
+    rows.insert(rows.end(), block.begin(), block.end());
+    return row.size() > end + 2 ? place : title;
+}
+
+}  // namespace
+
+std::string Expand(std::string text) {
+    static const std::regex kMark(R"(\{([^*]+)\*([0-9]+)\}|\\(x[0-9a-f]{2}|[rtb\n]))");
+    static const std::regex kNumber("\\(n\\)");
+    std::string expanded;
+    for (std::smatch match; std::regex_search(text, match, kMark); text = match.suffix()) {
+        expanded += match.prefix();
+        const std::string escape = match[3];  // empty for a repetition
+        if (escape.size() == 3) {
+            expanded += static_cast<char>(std::stoi(escape.substr(1), nullptr, 16));
+        } else if (!escape.empty() && escape != "\n") {
+            expanded += "\r\t\b"[std::string_view("rtb").find(escape)];
+        }
+        for (int n = 0; match[2].matched && n < std::stoi(match[2]); ++n) {
+            expanded += Expand(std::regex_replace(match[1].str(), kNumber, std::to_string(n)));
+        }
+    }
+    return expanded + text;
+}
+
+Words SplitWords(const std::string& text) {
+    std::istringstream stream(text);
+    Words words{std::istream_iterator<std::string>(stream), {}};
+    std::transform(words.begin(), words.end(), words.begin(), Expand);
+    return words;
+}
+
+Words Split(const std::string& text, std::string_view separator) {
+    Words pieces;
+    std::size_t start = 0;
+    for (std::size_t end = 0; (end = text.find(separator, start)) != std::string::npos;) {
+        pieces.push_back(text.substr(start, end - start));
+        start = end + separator.size();
+    }
+    pieces.push_back(text.substr(start));
+    return pieces;
+}
+
+void ExpectRows(const std::string& expected, const std::string& printed, const std::string& what) {
+    const Words patterns = Split(expected, "\n");
+    auto next = patterns.begin();
+    std::string seen;
+    for (const std::string& row : Split(printed, "\n")) {
+        const auto found =
+            std::find_if(next, patterns.end(), [&row](const auto& p) { return Matches(row, p); });
+        seen += (found != patterns.end() ? *found : row) + "\n";
+        next = found != patterns.end() ? found + 1 : next;
+    }
+    EXPECT_EQ(expected + "\n", seen) << what;
+}
+
+CatalogueText ReadCatalogue(const std::string& file, const std::string& body) {
+    const bool isCommand = file.find("cmds.conf") != std::string::npos;
+    CatalogueText text;
+    Words rows;
+    std::size_t place = 1;
+    for (const std::string& written : Split(Expand(body), "\n")) {
+        const Words parts = Split(" " + written, " #! ");
+        if (!parts[0].empty()) {
+            place = Append(rows, parts[0].substr(1), isCommand);
+        }
+        for (auto finding = parts.begin() + 1; finding != parts.end(); ++finding) {
+            const std::size_t words = finding->find(' ') + 1;
+            text.findings.push_back("./" + file + ":" + std::to_string(place) + ": " +
+                                    finding->substr(0, words) + "..." + finding->substr(words) +
+                                    "...");
+        }
+    }
+    for (const std::string& row : rows) {
+        text.rows += (&row == &rows.front() ? "" : "\n") + row;
+    }
+    return text;
+}

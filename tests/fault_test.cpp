@@ -138,7 +138,7 @@ TEST(CatalogueFaultTest, AFileThatBreaksOffIsNoCatalogue) {
     const UniqueFd mapped(open(root.Write(name, name).c_str(), O_RDONLY | O_CLOEXEC));
     const pid_t other = fork();
     if (other == 0) {
-        for (int i = 0; i < 1000; ++i) {
+        for (int i = 0; i < 5000; ++i) {
             mmap(nullptr, 1, PROT_READ, MAP_PRIVATE, mapped.Get(), 0);
         }
         raise(SIGSTOP);
@@ -149,9 +149,9 @@ TEST(CatalogueFaultTest, AFileThatBreaksOffIsNoCatalogue) {
                        "root/vendor/etc/atv/dbg/cmds.conf");
     Child console("ko_cmd_debug", {}, Child::Io::kPipes);
     console.CloseInput();
-    const int full = fcntl(console.Terminal(), F_SETPIPE_SZ, 4096);
+    const int full = fcntl(console.Terminal(), F_GETPIPE_SZ);
     const std::string state = "/proc/" + std::to_string(console.Pid()) + "/stat";
-    for (int held = 0; held < full || ReadFile(state).find(") S ") == std::string::npos;) {
+    for (int held = 0; held < full / 2 || ReadFile(state).find(") S ") == std::string::npos;) {
         ASSERT_EQ(0, ioctl(console.Terminal(), FIONREAD, &held));
         ASSERT_EQ(std::string::npos, ReadFile(state).find(") Z "));
     }

@@ -2,8 +2,8 @@
 
 #include <cstdio>
 #include <cstring>
-#include <memory>
 
+#include "catalogue/catalogue_file.h"
 #include "platform/ko_cfg_file.h"
 
 namespace {
@@ -35,14 +35,6 @@ Field FieldOr(const Record* record, Field Record::*field, Field missing) {
     return record != nullptr ? record->*field : missing;
 }
 
-bool ReportUnreadable(const KoFile& reader) {
-    if (reader.GetIOExceptionStatus() == 0) {
-        return false;
-    }
-    std::puts("file path error or open file failure");
-    return true;
-}
-
 int Load(KoFileParse& catalogue, const ConfigFile& file) {
     char path[kCfgPathSize] = {};
     const char* resolved = ko_get_one_cfg_file(file.path, CUST_TYPE_CONFIG, path);
@@ -51,23 +43,22 @@ int Load(KoFileParse& catalogue, const ConfigFile& file) {
         std::printf("ko_get_one_cfg_file failed. filePath:%s\n", path);
         return -1;
     }
-    auto reader = std::make_unique<KoFile>();
-    reader->Init(resolved, "r");
-    if (ReportUnreadable(*reader)) {
-        return -1;
+    const LoadResult result = LoadCatalogueFile(
+        resolved, [&](KoFile* reader) { return (catalogue.*file.readBlocks)(reader); });
+    switch (result.fault) {
+        case LoadFault::kNone:
+            return 0;
+        case LoadFault::kUnreadable:
+            std::puts("file path error or open file failure");
+            break;
+        case LoadFault::kEmpty:
+            std::puts(file.emptyMessage);
+            break;
+        case LoadFault::kNoStepBack:
+            std::printf(file.failedMessage, -1);
+            break;
     }
-    if (reader->IsEmpty()) {
-        std::puts(file.emptyMessage);
-        return -1;
-    }
-    if ((catalogue.*file.readBlocks)(reader.get()) != 0) {
-        // The block reader has destroyed the file reader.
-        static_cast<void>(reader.release());
-        std::printf(file.failedMessage, -1);
-        return -1;
-    }
-    // A file that broke off in the middle has failed as well.
-    return ReportUnreadable(*reader) ? -1 : 0;
+    return -1;
 }
 
 }  // namespace

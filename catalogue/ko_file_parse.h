@@ -73,10 +73,45 @@ public:
     std::int32_t GetCmdInstruct(int instruct, const std::string& cmd) const;
     std::string GetCmdDescrip(int instruct, const std::string& cmd) const;
 
-    // The whole table, for a service that finds a command by its own instruction number and for
+    // The whole tables, for a service that finds a command by its own instruction number and for
     // tools.
+    using ModuleTable = std::map<std::string, KoModuleInfo>;
     using CmdTable = std::map<std::string, KoCmdInfo>;
+    const ModuleTable& AllModules() const { return m_modInfos; }
     const std::map<unsigned int, CmdTable>& AllCmds() const { return m_cmdInfos; }
+
+    // What became of a block.
+    enum class Fate {
+        kStored,
+        kTaken,     // dropped: an earlier block has the module's name or, in its table, the word
+        kNoModule,  // dropped: "belong module" names none
+        kNoNumber,  // dropped: the module has no instruction number
+    };
+    struct StoredModule {
+        Fate fate;
+        const KoModuleInfo* module;  // the one of that name in the catalogue
+    };
+    struct StoredCmd {
+        Fate fate;
+        const KoCmdInfo* cmd;  // the one of that word in the table; null without a table
+    };
+
+    // Where the commands of a module go.
+    struct CmdPlace {
+        Fate fate;                   // kStored, or why there is no table
+        const KoModuleInfo* module;  // null when there is none of that name
+        CmdTable* table;             // null when the commands are dropped
+    };
+
+    // A command that is in no table yet, so that a table takes it over without a copy.
+    using CmdNode = CmdTable::node_type;
+    static CmdNode NewCmd();
+
+    // Each files one block and says what became of it; the record is spent in any case. A module's
+    // commands come behind it. The pointers are valid as long as the catalogue.
+    StoredModule StoreModule(KoModuleInfo&& module);
+    CmdPlace PlaceFor(const std::string& module);
+    static StoredCmd StoreCmd(const CmdPlace& place, CmdNode&& cmd);
 
     // Row tests: is the row a title, or a key row of that key word. Each prints a line for a row or
     // key that is over its limit and answers false.
@@ -101,12 +136,10 @@ public:
     static Array<std::string> GetPrintTags(const std::string& row);
 
 private:
-    void StoreModule(KoModuleInfo&& module);
-    void StoreCmd(KoCmdInfo&& cmd);
     const KoModuleInfo* FindModule(const std::string& module) const;
     const KoCmdInfo* FindCmd(int instruct, const std::string& cmd) const;
 
-    std::map<std::string, KoModuleInfo> m_modInfos;  // by name
-    std::map<unsigned int, CmdTable> m_cmdInfos;     // by the module's number, then by command word
+    ModuleTable m_modInfos;                       // by name
+    std::map<unsigned int, CmdTable> m_cmdInfos;  // by the module's number, then by command word
     std::int32_t m_ioExceptionStatus = 0;
 };

@@ -16,24 +16,34 @@ std::string_view UpToNul(std::string_view text) {
     return text.substr(0, text.find('\0'));
 }
 
-}  // namespace
-
-std::string_view TrimConfigText(std::string_view text) {
+std::string_view TrimStart(std::string_view text) {
     while (!text.empty() && IsWhiteSpace(text.front())) {
         text.remove_prefix(1);
     }
+    return text;
+}
+
+std::string_view TrimEnd(std::string_view text) {
     while (!text.empty() && IsWhiteSpace(text.back())) {
         text.remove_suffix(1);
     }
     return text;
 }
 
-bool IsTitleRow(std::string_view row) {
-    if (row.size() >= kConfigTextSize) {
+}  // namespace
+
+std::string_view TrimConfigText(std::string_view text) {
+    return TrimEnd(TrimStart(text));
+}
+
+bool IsInBrackets(std::string_view row) {
+    // Nearly every row is told apart by its first byte.
+    const std::string_view text = TrimStart(row);
+    if (text.empty() || text.front() != '[') {
         return false;
     }
-    const std::string_view text = TrimConfigText(UpToNul(row));
-    return text.size() >= 2 && text.front() == '[' && text.back() == ']';
+    const std::string_view whole = TrimEnd(UpToNul(text));
+    return whole.size() >= 2 && whole.back() == ']';
 }
 
 std::string_view TitleName(std::string_view row) {
@@ -41,31 +51,21 @@ std::string_view TitleName(std::string_view row) {
     return text.substr(1, text.size() - 2);
 }
 
-std::size_t RawKeyLength(std::string_view row) {
-    return row.find('=');
+RowParts CutRow(std::string_view row) {
+    const std::size_t equals = row.find('=');
+    if (equals == std::string_view::npos) {
+        return {equals, 0, {}, {}};
+    }
+    return {equals, row.size() - equals, TrimConfigText(UpToNul(row.substr(0, equals))),
+            TrimConfigText(UpToNul(row.substr(equals + 1)))};
 }
 
-bool KeyMatches(std::string_view keyWord, std::string_view rawKey) {
-    // Tells most rows apart at once: a large catalogue asks this millions of times.
-    if (!rawKey.empty() && rawKey.front() != keyWord.front() && !IsWhiteSpace(rawKey.front())) {
-        return false;
-    }
+bool KeyMatches(std::string_view keyWord, const RowParts& row) {
     // The comparison is bounded by the raw length: white space around the key leaves room for the
     // end of the text to be compared too, so only a key without any may be shorter than the key
     // word.
-    const std::string_view key = TrimConfigText(UpToNul(rawKey));
-    return key == (key.size() < rawKey.size() ? keyWord : keyWord.substr(0, rawKey.size()));
-}
-
-std::size_t RawValueLength(std::string_view row) {
-    return row.size() - RawKeyLength(row);
-}
-
-std::string_view RowValue(std::string_view row) {
-    if (RawValueLength(row) >= kConfigTextSize) {
-        return {};
-    }
-    return TrimConfigText(UpToNul(row.substr(RawKeyLength(row) + 1)));
+    const bool mayBeShort = row.key.size() == row.keyLength;
+    return row.key == (mayBeShort ? keyWord.substr(0, row.keyLength) : keyWord);
 }
 
 HexNumber ParseHexNumber(const std::string& text) {

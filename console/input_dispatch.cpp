@@ -1,17 +1,20 @@
 #include <strings.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <iomanip>
 #include <sstream>
 
+#include "catalogue/word_search.h"
 #include "console/ko_cmd_debug.h"
+#include "format/argument_text.h"
 #include "platform/ko_securec.h"
 
 namespace {
 
 constexpr std::size_t kTextSize = 256;  // bytes of a word or an argument text, terminator included
+
+static_assert(kArgumentTextLimit + sizeof(" ") == kTextSize, "the text takes a blank behind it");
 
 bool IsWord(const char* line, const char* word, const char* shortWord) {
     return strcasecmp(line, word) == 0 || strcasecmp(line, shortWord) == 0;
@@ -70,11 +73,11 @@ void KoCmdDebug::Leave() {
 }
 
 bool KoCmdDebug::SelectModule(const std::string& word) {
-    const auto found = std::find(m_modCmds.begin(), m_modCmds.end(), word);
-    if (found == m_modCmds.end()) {
+    const auto position = FindWord(m_modCmds, word);
+    if (!position) {
         return false;
     }
-    m_strCurMod = m_modNames[static_cast<unsigned int>(std::distance(m_modCmds.begin(), found))];
+    m_strCurMod = m_modNames[*position];
     m_curModCmds = m_pFileParse->GetModHoldCmds(m_pFileParse->GetModInstruct(m_strCurMod));
     return true;
 }
@@ -83,7 +86,7 @@ void KoCmdDebug::RunCommand(const char* line) {
     char cmd[kTextSize] = {};
     char args[kTextSize] = {};
     SeparateCmd(line, cmd, args, sizeof(cmd), sizeof(args));
-    if (std::find(m_curModCmds.begin(), m_curModCmds.end(), cmd) == m_curModCmds.end()) {
+    if (!FindWord(m_curModCmds, cmd)) {
         ReportIllegalCommand();
         return;
     }
@@ -107,7 +110,7 @@ int KoCmdDebug::HandleCmd(const char* cmd, const char* args, unsigned int, unsig
     }
     char line[kTextSize] = {};
     const std::size_t length = std::strlen(args);
-    if (length + 1 > kTextSize - 1) {
+    if (length > kArgumentTextLimit) {
         std::printf("Error:arg size:%d too large\n", static_cast<int>(length));
         return -1;
     }

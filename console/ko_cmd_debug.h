@@ -174,6 +174,5 @@ enum SigState : std::int32_t {
 };
 
 // Scratch tables of the command loop: the words offered to completion.
-constexpr unsigned int kWordTableSize = 256;
 extern char* g_modCmdTable[kWordTableSize];
 extern char* g_cmdTable[kWordTableSize];

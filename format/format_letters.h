@@ -7,7 +7,7 @@
 struct FormatLetter {
     char letter;
     const char* typeName;
-    std::size_t leastSize;  // bytes in a parcel
+    std::size_t leastSize;  // bytes in a parcel; 0 when the letter stands for no value
 };
 
 constexpr FormatLetter kFormatLetters[] = {
@@ -26,4 +26,10 @@ constexpr const FormatLetter* FindFormatLetter(char letter) {
         }
     }
     return nullptr;
+}
+
+// True for a letter that is known and takes no argument, no field and no value.
+constexpr bool IsWithoutValue(char letter) {
+    const FormatLetter* row = FindFormatLetter(letter);
+    return row != nullptr && row->leastSize == 0;
 }

@@ -84,7 +84,7 @@ std::optional<std::vector<ParcelField>> ReadFields(const android::Parcel& parcel
         if (FindFormatLetter(letter) == nullptr) {
             return std::nullopt;
         }
-        if (letter == 'S') {
+        if (IsWithoutValue(letter)) {
             continue;
         }
         const std::size_t before = parcel.dataAvail();

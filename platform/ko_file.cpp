@@ -82,9 +82,10 @@ std::size_t KoFile::RowLength() {
     }
 }
 
-std::string KoFile::NextRow() {
+const std::string& KoFile::NextRow() {
+    m_row.clear();
     if (IsEOF()) {
-        return {};
+        return m_row;
     }
     m_lastStart = m_next;
     ++m_rowNumber;
@@ -94,12 +95,12 @@ std::string KoFile::NextRow() {
     if (!row.empty() && row.back() == '\r') {
         row.remove_suffix(1);
     }
-    std::string text(row);
+    m_row = row;
     m_next += length + (ended ? 1 : 0);
     if (m_next == m_text.size()) {
         Fill();
     }
-    return text;
+    return m_row;
 }
 
 int KoFile::RollBack() {

@@ -25,8 +25,8 @@ public:
     bool IsEOF() const { return m_next >= m_text.size(); }
 
     // The next row without its line end: "\n", or "\r\n" of which a last row may lack the "\n".
-    // Empty at the end of the file.
-    std::string NextRow();
+    // Empty at the end of the file. The text stays as it is until the next call.
+    const std::string& NextRow();
 
     // Makes the next NextRow return the last row again. Returns 0, or -1 when there is no row to
     // give back: before the first one, and right after another RollBack.
@@ -45,6 +45,7 @@ private:
 
     UniqueFd m_fd;  // open until the end of the file
     std::string m_text;
+    std::string m_row;  // the last row handed out
     std::size_t m_chunkSize = kFirstChunk;
     std::size_t m_next = 0;           // where the next row starts in m_text
     std::size_t m_lastStart = kNone;  // where the last one starts

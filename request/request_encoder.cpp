@@ -1,24 +1,20 @@
 #include <cstdint>
 #include <cstdio>
-#include <ios>
 #include <sstream>
 #include <string>
 
 #include "console/ko_cmd_debug.h"
+#include "format/argument_text.h"
 #include "format/format_letters.h"
 
 namespace {
 
-// Takes one value off the argument text. A read that fails or meets the end of the text clears
-// `valid`; the blank behind the last argument keeps a complete one away from the end.
+// Takes one argument; clears `valid` when it is missing or cannot be read.
 template <typename Value>
 bool TakeArgument(std::istringstream& args, Value& value, KO_BOOL& valid) {
-    args >> value;
-    if (args.good()) {
-        return true;
-    }
-    valid = 0;
-    return false;
+    const bool taken = TakeValue(args, value);
+    valid = taken ? valid : 0;
+    return taken;
 }
 
 // Takes one argument and appends it with the parcel's `write`. An argument that cannot be read is
@@ -33,13 +29,11 @@ int EncodeArgument(std::istringstream& args, KO_BOOL& valid, android::Parcel& re
     return (request.*write)(value) == 0 ? 0 : -1;
 }
 
-// A whole word as a 32-bit integer, hexadecimal behind "0x". The word is the argument whatever it
-// holds: one without a number gives 0, and one beyond 32 bits the nearest limit.
+// A whole word as a 32-bit integer. The word is the argument whatever it holds: one without a
+// number gives 0, and one beyond 32 bits the nearest limit.
 std::int32_t WordToInt32(const std::string& word) {
     std::istringstream stream(word);
-    if (word.size() >= 2 && word[0] == '0' && (word[1] == 'x' || word[1] == 'X')) {
-        stream.setf(std::ios_base::hex, std::ios_base::basefield);
-    }
+    SetInt32Base(stream, word);
     std::int32_t value = 0;
     stream >> value;
     return value;

@@ -4,7 +4,7 @@
 
 #include <cstdio>
 #include <cstring>
-#include <memory>
+#include <functional>
 
 #include "platform/device_root.h"
 #include "platform/ko_cfg_file.h"
@@ -22,28 +22,12 @@ std::string FindFile(const std::optional<std::string>& folder, const char* name)
     return found != nullptr ? found : KO_DEVICE_ROOT "/vendor/etc/" + relative;
 }
 
-bool Complained(const std::string& path, const KoFile& reader) {
-    const std::string fault = ReadFault(reader);
-    if (!fault.empty()) {
-        Complain(path + ": " + fault);
+bool LoadFile(const std::string& path, const std::function<int(KoFile* reader)>& readBlocks) {
+    const LoadResult result = LoadCatalogueFile(path, readBlocks);
+    if (result.fault != LoadFault::kNone) {
+        Complain(path + ": " + FaultText(result));
     }
-    return !fault.empty();
-}
-
-bool LoadFile(const std::string& path, KoFileParse& catalogue,
-              int (KoFileParse::*readBlocks)(KoFile* reader)) {
-    auto reader = std::make_unique<KoFile>();
-    reader->Init(path, "r");
-    if (Complained(path, *reader)) {
-        return false;
-    }
-    if ((catalogue.*readBlocks)(reader.get()) != 0) {
-        // The block reader has destroyed the file reader.
-        static_cast<void>(reader.release());
-        return false;
-    }
-    // A file that broke off in the middle has failed as well.
-    return !Complained(path, *reader);
+    return result.fault == LoadFault::kNone;
 }
 
 }  // namespace
@@ -54,15 +38,22 @@ CataloguePaths FindCatalogue(const std::optional<std::string>& folder) {
 
 bool LoadCatalogue(const CataloguePaths& paths, KoFileParse& catalogue) {
     const StdoutToStderr redirect;
-    return LoadFile(paths.modules, catalogue, &KoFileParse::ParseModulePtr) &&
-           LoadFile(paths.commands, catalogue, &KoFileParse::ParseCmdPtr);
+    return LoadFile(paths.modules,
+                    [&](KoFile* reader) { return catalogue.ParseModulePtr(reader); }) &&
+           LoadFile(paths.commands, [&](KoFile* reader) { return catalogue.ParseCmdPtr(reader); });
 }
 
-std::string ReadFault(const KoFile& reader) {
-    if (reader.GetIOExceptionStatus() != 0) {
-        return std::strerror(reader.GetIOExceptionStatus());
+std::string FaultText(const LoadResult& result) {
+    switch (result.fault) {
+        case LoadFault::kUnreadable:
+            return std::strerror(result.error);
+        case LoadFault::kEmpty:
+            return "the file is empty";
+        case LoadFault::kNoStepBack:
+            return "the reader cannot step back";
+        default:
+            return "";
     }
-    return reader.IsEmpty() ? "the file is empty" : "";
 }
 
 StdoutToStderr::StdoutToStderr() {

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "catalogue/catalogue_file.h"
 #include "catalogue/ko_file_parse.h"
 
 // Where the two files of a catalogue are.
@@ -19,8 +20,8 @@ CataloguePaths FindCatalogue(const std::optional<std::string>& folder);
 // after a message when a file cannot be loaded.
 bool LoadCatalogue(const CataloguePaths& paths, KoFileParse& catalogue);
 
-// Why the reader has not given a whole catalogue file; empty when it has, as far as it was read.
-std::string ReadFault(const KoFile& reader);
+// The reason of a fault as people read it, such as "the file is empty".
+std::string FaultText(const LoadResult& result);
 
 // Sends what is printed to standard output to standard error while it lives. One at a time.
 class StdoutToStderr {

@@ -5,7 +5,9 @@
 #include <sstream>
 #include <vector>
 
+#include "catalogue/word_search.h"
 #include "console/ko_cmd_debug.h"
+#include "format/argument_text.h"
 #include "format/format_letters.h"
 #include "tools/catalogue_source.h"
 #include "tools/strict_argument.h"
@@ -18,26 +20,19 @@ using Words = std::vector<std::string>;
 
 // The name of the module that the word selects at the prompt, or else the word itself.
 std::string ModuleName(const KoFileParse& catalogue, const std::string& word) {
-    const Array<std::string> names = catalogue.GetModNames();
-    auto name = names.begin();
-    for (const std::string& selecting : catalogue.GetModCmds()) {
-        if (selecting == word) {
-            return *name;
-        }
-        ++name;
-    }
-    return word;
+    const auto position = FindWord(catalogue.GetModCmds(), word);
+    return position ? catalogue.GetModNames()[*position] : word;
 }
 
 const CmdInfo* FindCommand(const KoFileParse& catalogue, const std::string& module,
                            const std::string& word) {
-    const Array<std::string> names = catalogue.GetModNames();
     const std::string name = ModuleName(catalogue, module);
-    if (std::find(names.begin(), names.end(), name) == names.end()) {
+    const auto found = catalogue.AllModules().find(name);
+    if (found == catalogue.AllModules().end()) {
         Complain("unknown module " + Quoted(module));
         return nullptr;
     }
-    const auto number = static_cast<unsigned int>(catalogue.GetModInstruct(name));
+    const auto number = static_cast<unsigned int>(found->second.m_instruct);
     const KoFileParse::CmdTable& table = catalogue.AllCmds().at(number);
     const auto cmd = table.find(word);
     if (cmd == table.end()) {

@@ -2,19 +2,17 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <ios>
 #include <sstream>
+#include <type_traits>
 
+#include "format/argument_text.h"
+#include "format/format_letters.h"
 #include "format/utf8.h"
 
 namespace {
 
 constexpr char kNoNumber[] = "is no number of this type";
 constexpr char kOutOfRange[] = "is out of range";
-
-bool IsHexadecimal(const std::string& word) {
-    return word.size() >= 2 && word[0] == '0' && (word[1] == 'x' || word[1] == 'X');
-}
 
 // A number that its type can only hold as zero.
 bool IsTooSmall(const std::string& word) {
@@ -23,19 +21,17 @@ bool IsTooSmall(const std::string& word) {
 
 // Reads the word as the console's encoder does, from text that goes on with a blank.
 template <typename Number>
-std::string NumberFault(const std::string& word, std::ios_base::fmtflags base) {
+std::string NumberFault(const std::string& word) {
     std::istringstream text(word + " ");
-    text.setf(base, std::ios_base::basefield);
+    const bool hexadecimal = std::is_same_v<Number, std::int32_t> && SetInt32Base(text, word);
     Number number{};
-    text >> number;
-    if (text.fail()) {
+    if (!TakeValue(text, number)) {
         // A number out of range reads as the nearest limit.
         return number == Number{} ? kNoNumber : kOutOfRange;
     }
     if (text.tellg() != static_cast<std::streamoff>(word.size())) {
         return kNoNumber;
     }
-    const bool hexadecimal = base == std::ios_base::hex;
     return number == Number{} && !hexadecimal && IsTooSmall(word) ? kOutOfRange : "";
 }
 
@@ -53,7 +49,7 @@ std::string TextFault(const std::string& word) {
 
 std::string ArgumentLetters(const std::string& paraFormat) {
     std::string letters = paraFormat;
-    letters.erase(std::remove(letters.begin(), letters.end(), 'S'), letters.end());
+    letters.erase(std::remove_if(letters.begin(), letters.end(), IsWithoutValue), letters.end());
     return letters;
 }
 
@@ -64,14 +60,13 @@ std::string ArgumentFault(char letter, const std::string& word) {
     }
     switch (letter) {
         case 'd':
-            return NumberFault<std::int32_t>(
-                word, IsHexadecimal(word) ? std::ios_base::hex : std::ios_base::dec);
+            return NumberFault<std::int32_t>(word);
         case 'D':
-            return NumberFault<std::int64_t>(word, std::ios_base::dec);
+            return NumberFault<std::int64_t>(word);
         case 'f':
-            return NumberFault<float>(word, std::ios_base::dec);
+            return NumberFault<float>(word);
         case 'F':
-            return NumberFault<double>(word, std::ios_base::dec);
+            return NumberFault<double>(word);
         default:
             return "";
     }

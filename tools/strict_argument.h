@@ -1,13 +1,9 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 
 // The prompt takes the number that a word begins with and cuts what is out of range. A script gets
 // no such help: an argument is wholly what its letter says, or it is refused.
-
-// What the console takes behind a command word: the blank before each argument, and the arguments.
-constexpr std::size_t kArgumentTextLimit = 254;
 
 // The letters of a para format that take an argument; unknown ones count.
 std::string ArgumentLetters(const std::string& paraFormat);

@@ -5,7 +5,7 @@
 
 #include "catalogue/row_grammar.h"
 #include "tests/fuzz/fuzz_input.h"
-#include "tools/check.h"
+#include "tools/check/check.h"
 
 // Whatever the two files hold, the catalogue loads and answers every query; and one in which the
 // checker finds no error has reached the console whole. What a file shows is read here as a person

@@ -1,8 +1,6 @@
 #include <map>
 
-#include "catalogue/row_grammar.h"
-#include "tools/catalogue_blocks.h"
-#include "tools/check.h"
+#include "tools/check/check.h"
 #include "tools/text.h"
 
 namespace {
@@ -15,24 +13,19 @@ std::string LimitText(const char* what, std::size_t size, std::size_t limit) {
            std::to_string(limit);
 }
 
-bool LooksLikeTitle(const std::string& row) {
-    const std::string_view text = TrimConfigText(row);
-    return text.size() >= 2 && text.front() == '[' && text.back() == ']';
-}
-
-bool IsBlankRow(const CatalogueRow& row) {
+bool IsBlankRow(const FileRow& row) {
     return TrimConfigText(row.text).empty();
 }
 
 // What a row is that the console does not take.
 std::string NameStray(const KeyRow& stray) {
     const std::string& row = stray.row.text;
-    const std::size_t keyLength = RawKeyLength(row);
-    if (row.size() >= kConfigTextSize && LooksLikeTitle(row)) {
+    const RowParts parts = stray.Parts();
+    if (row.size() >= kConfigTextSize && IsInBrackets(row)) {
         return LimitText("a title row", row.size(), kConfigTextSize - 1);
     }
-    if (keyLength != std::string::npos && keyLength >= kConfigTextSize) {
-        return LimitText("a key", keyLength, kConfigTextSize - 1);
+    if (parts.HasKey() && !parts.KeyFits()) {
+        return LimitText("a key", parts.keyLength, kConfigTextSize - 1);
     }
     if (row.compare(0, kByteOrderMark.size(), kByteOrderMark) == 0) {
         return "a row behind a byte order mark";
@@ -47,7 +40,7 @@ std::string NameStray(const KeyRow& stray) {
     if (!stray.word.empty()) {
         return "a key";
     }
-    return keyLength != std::string::npos ? "no key of this file" : "neither a title nor a key";
+    return parts.HasKey() ? "no key of this file" : "neither a title nor a key";
 }
 
 void ReportOutside(const KeyRow& stray, FindingList& findings) {
@@ -75,7 +68,8 @@ void ReportEarlyEnd(const CatalogueBlock& block, FindingList& findings) {
     const std::string lost = LostKeys(block);
     if (!IsBlankRow(end.row) || !lost.empty()) {
         findings.Error(end.row.line, Quoted(end.row.text) + " is " + NameStray(end) +
-                                         ": it ends the block " + Quoted(block.Name()) +
+                                         ": it ends the block " +
+                                         Quoted(TitleName(block.title.text)) +
                                          (lost.empty() ? "" : "; ignored behind it: " + lost));
     }
     for (std::size_t i = 1; i < block.strays.size(); ++i) {
@@ -86,7 +80,7 @@ void ReportEarlyEnd(const CatalogueBlock& block, FindingList& findings) {
 }
 
 // Bytes at which the console, or whoever reads the file, sees the end of a row that goes on.
-void ReportHiddenEnd(const CatalogueRow& row, FindingList& findings) {
+void ReportHiddenEnd(const FileRow& row, FindingList& findings) {
     if (row.text.find('\0') != std::string::npos) {
         findings.Error(row.line, Quoted(row.text) + " is cut at its NUL byte");
     }
@@ -97,8 +91,7 @@ void ReportHiddenEnd(const CatalogueRow& row, FindingList& findings) {
 }
 
 void ReportShortened(const KeyRow& key, FindingList& findings) {
-    const std::string_view given =
-        TrimConfigText(std::string_view(key.row.text).substr(0, RawKeyLength(key.row.text)));
+    const std::string_view given = key.Parts().key;
     if (given.size() < key.word.size()) {
         findings.Warning(key.row.line, "the key " + Quoted(given) + " is taken for " +
                                            Quoted(key.word) + ", which it begins");
@@ -110,8 +103,8 @@ void CheckKeys(const CatalogueBlock& block, FindingList& findings) {
     for (const KeyRow& key : block.keys) {
         ReportHiddenEnd(key.row, findings);
         ReportShortened(key, findings);
-        if (!key.ValueFits()) {
-            const std::size_t size = RawValueLength(key.row.text) - 1;
+        if (!key.Parts().ValueFits()) {
+            const std::size_t size = key.Parts().valueLength - 1;
             findings.Error(key.row.line, Quoted(key.row.text) + " has " +
                                              LimitText("a value", size, kValueLimit) +
                                              ": an empty one is taken");
@@ -128,15 +121,16 @@ void CheckKeys(const CatalogueBlock& block, FindingList& findings) {
 
 }  // namespace
 
-void CheckRows(const CatalogueBlocks& file, FindingList& findings) {
-    for (const KeyRow& stray : file.head) {
+void CheckRows(const std::vector<KeyRow>& head, FindingList& findings) {
+    for (const KeyRow& stray : head) {
         ReportOutside(stray, findings);
     }
-    for (const CatalogueBlock& block : file.blocks) {
-        ReportHiddenEnd(block.title, findings);
-        CheckKeys(block, findings);
-        if (!block.strays.empty()) {
-            ReportEarlyEnd(block, findings);
-        }
+}
+
+void CheckRows(const CatalogueBlock& block, FindingList& findings) {
+    ReportHiddenEnd(block.title, findings);
+    CheckKeys(block, findings);
+    if (!block.strays.empty()) {
+        ReportEarlyEnd(block, findings);
     }
 }

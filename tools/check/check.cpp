@@ -1,25 +1,25 @@
-#include "tools/check.h"
+#include "tools/check/check.h"
 
 #include <cstdio>
-#include <iterator>
 
-#include "catalogue/row_grammar.h"
-#include "tools/catalogue_blocks.h"
 #include "tools/commands.h"
 #include "tools/exit_status.h"
 #include "tools/text.h"
 
 namespace {
 
-template <typename Order>
-std::optional<CatalogueBlocks> ReadFile(const std::string& path, const Order& order,
-                                        FindingList& findings) {
-    std::string reason;
-    auto file = ReadBlocks(path, {std::begin(order), std::end(order)}, reason);
-    if (!file) {
-        findings.Error(1, "the console goes without any module: " + reason);
+template <typename Block>
+bool CheckFile(const CheckedFile<Block>& file, FindingList& findings) {
+    if (file.result.fault != LoadFault::kNone) {
+        findings.Error(1, "the console goes without any module: " + FaultText(file.result));
+        return false;
     }
-    return file;
+    CheckRows(file.head, findings);
+    for (const Block& block : file.blocks) {
+        CheckRows(block, findings);
+        CheckValues(block, findings);
+    }
+    return true;
 }
 
 std::string Counted(std::size_t count, const char* noun) {
@@ -31,18 +31,12 @@ std::string Counted(std::size_t count, const char* noun) {
 std::vector<Finding> CheckCatalogue(const CataloguePaths& paths) {
     FindingList moduleFindings(paths.modules);
     FindingList commandFindings(paths.commands);
-    const auto modules = ReadFile(paths.modules, kModuleKeyOrder, moduleFindings);
-    const auto commands = ReadFile(paths.commands, kCmdKeyOrder, commandFindings);
-    if (modules) {
-        CheckRows(*modules, moduleFindings);
-        CheckModuleValues(*modules, moduleFindings);
-    }
-    if (commands) {
-        CheckRows(*commands, commandFindings);
-        CheckCommandValues(*commands, commandFindings);
-    }
+    CheckedCatalogue checked;
+    ReadCatalogue(paths, checked);
+    const bool modules = CheckFile(checked.modules, moduleFindings);
+    const bool commands = CheckFile(checked.commands, commandFindings);
     if (modules && commands) {
-        CheckLookup(*modules, *commands, moduleFindings, commandFindings);
+        CheckFates(checked, moduleFindings, commandFindings);
     }
     std::vector<Finding> findings = moduleFindings.Take();
     for (Finding& finding : commandFindings.Take()) {

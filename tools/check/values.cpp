@@ -4,12 +4,10 @@
 #include <cctype>
 #include <cstdint>
 
-#include "catalogue/ko_file_parse.h"
-#include "catalogue/row_grammar.h"
+#include "format/argument_text.h"
 #include "format/format_letters.h"
 #include "page/share_page.h"
-#include "tools/catalogue_blocks.h"
-#include "tools/check.h"
+#include "tools/check/check.h"
 #include "tools/strict_argument.h"
 #include "tools/text.h"
 
@@ -32,21 +30,17 @@ constexpr std::size_t LargestValue() {
 static_assert(sizeof(std::int32_t) + kConfigTextSize * LargestValue() <= kDataCapacity,
               "the shortest record of every print format fits the page behind the status");
 
-std::string TitleText(const CatalogueBlock& block) {
-    return Quoted(block.Name());
-}
-
 // True when the key is given with a value within its limit.
-bool IsGiven(const CatalogueBlock& block, std::string_view word) {
-    const KeyRow* key = block.Find(word);
-    return key != nullptr && key->ValueFits();
+bool IsGiven(const CatalogueBlock& block, const ConfigKey& key) {
+    const KeyRow* row = block.Find(key);
+    return row != nullptr && row->Parts().ValueFits();
 }
 
-// True when the key is there, but over its limit or behind the row that ended the block:
-// check_rows.cpp reports that, and what follows from it is no mistake of its own.
-bool IsLost(const CatalogueBlock& block, std::string_view word) {
-    const KeyRow* key = block.Find(word);
-    return key != nullptr ? !key->ValueFits() : block.Lost(word);
+// True when the key is there, but over its limit or behind the row that ended the block: rows.cpp
+// reports that, and what follows from it is no mistake of its own.
+bool IsLost(const CatalogueBlock& block, const ConfigKey& key) {
+    const KeyRow* row = block.Find(key);
+    return row != nullptr ? !row->Parts().ValueFits() : block.Lost(key);
 }
 
 // What keeps the byte from being typed as part of a word; empty when nothing does.
@@ -61,14 +55,15 @@ std::string TypingFault(char byte, bool blanksCount) {
 }
 
 // `blanksCount`: the word ends at a blank, as a command's does; a module's is the whole line.
-void CheckWord(const CatalogueBlock& block, bool blanksCount, FindingList& findings) {
+template <typename Block>
+void CheckWord(const Block& block, bool blanksCount, FindingList& findings) {
     if (IsLost(block, kCommandKey)) {
         return;
     }
-    const std::string word = block.Text(kCommandKey);
+    const std::string& word = block.record.m_strCmd;
     const std::size_t line = block.LineOf(kCommandKey);
     if (word.empty()) {
-        findings.Error(line, "the block " + TitleText(block) + " has no \"command\"");
+        findings.Error(line, "the block " + Quoted(block.record.m_strName) + " has no \"command\"");
     }
     for (const char byte : word) {
         const std::string fault = TypingFault(byte, blanksCount);
@@ -84,14 +79,15 @@ void CheckWord(const CatalogueBlock& block, bool blanksCount, FindingList& findi
     }
 }
 
-void CheckInstruction(const CatalogueBlock& block, FindingList& findings) {
+template <typename Block>
+void CheckInstruction(const Block& block, FindingList& findings) {
     if (!IsGiven(block, kInstructionKey)) {
         return;
     }
-    const std::string value = block.Text(kInstructionKey);
+    const std::string value = block.Find(kInstructionKey)->Value();
     const std::size_t line = block.LineOf(kInstructionKey);
     const HexNumber number = ParseHexNumber(value);
-    const std::string taken = ": " + Hex(number.value) + " is taken";
+    const std::string taken = ": " + Hex(block.record.m_instruct) + " is taken";
     if (number.usedLength == 0) {
         findings.Error(line, "the instruction " + Quoted(value) + " is not hexadecimal" + taken);
     } else if (number.usedLength != value.size()) {
@@ -103,26 +99,26 @@ void CheckInstruction(const CatalogueBlock& block, FindingList& findings) {
     }
 }
 
-void CheckDescription(const CatalogueBlock& block, FindingList& findings) {
-    if (!IsLost(block, kDescriptionKey) && block.Text(kDescriptionKey).empty()) {
+template <typename Block>
+void CheckDescription(const Block& block, FindingList& findings) {
+    if (!IsLost(block, kDescriptionKey) && block.record.m_strDescrip.empty()) {
         findings.Warning(block.LineOf(kDescriptionKey),
-                         "the block " + TitleText(block) + " has no description");
+                         "the block " + Quoted(block.record.m_strName) + " has no description");
     }
 }
 
-void CheckLetters(const CatalogueBlock& block, std::string_view word, FindingList& findings) {
-    const std::string format = block.Text(word);
+void CheckLetters(const CmdBlock& block, const ConfigKey& key, const std::string& format,
+                  FindingList& findings) {
     std::string unknown;
     bool wide = false;
     for (const char letter : format) {
-        const FormatLetter* row = FindFormatLetter(letter);
-        if (row == nullptr) {
+        if (FindFormatLetter(letter) == nullptr) {
             unknown += letter;
         }
-        wide = wide || letter == 'S';
+        wide = wide || IsWithoutValue(letter);
     }
-    const std::size_t line = block.LineOf(word);
-    const std::string what = "the " + std::string(word) + " " + Quoted(format);
+    const std::size_t line = block.LineOf(key);
+    const std::string what = "the " + std::string(key.word) + " " + Quoted(format);
     if (!unknown.empty()) {
         findings.Error(line, what + " has unknown letters: " + Quoted(unknown));
     }
@@ -131,11 +127,11 @@ void CheckLetters(const CatalogueBlock& block, std::string_view word, FindingLis
     }
 }
 
-void CheckTags(const CatalogueBlock& block, FindingList& findings) {
+void CheckTags(const CmdBlock& block, FindingList& findings) {
     if (IsLost(block, kPrintFmtKey) || IsLost(block, kPrintTagsKey)) {
         return;
     }
-    const std::string format = block.Text(kPrintFmtKey);
+    const std::string& format = block.record.m_strPrintFmt;
     const KeyRow* row = block.Find(kPrintTagsKey);
     if (row == nullptr) {
         if (!format.empty()) {
@@ -145,7 +141,7 @@ void CheckTags(const CatalogueBlock& block, FindingList& findings) {
         }
         return;
     }
-    const std::size_t tags = KoFileParse::GetPrintTags(row->row.text).size();
+    const std::size_t tags = block.record.m_printTags.size();
     const std::string what = "the print tags " + Quoted(row->Value());
     if (format.empty()) {
         findings.Warning(row->row.line, what + " have no print format");
@@ -158,8 +154,8 @@ void CheckTags(const CatalogueBlock& block, FindingList& findings) {
 }
 
 // Each argument takes a character of its own and the blank before it.
-void CheckArgumentText(const CatalogueBlock& block, FindingList& findings) {
-    const std::size_t arguments = ArgumentLetters(block.Text(kParaFormatKey)).size();
+void CheckArgumentText(const CmdBlock& block, FindingList& findings) {
+    const std::size_t arguments = ArgumentLetters(block.record.m_strParaFmt).size();
     if (arguments > kArgumentTextLimit / 2) {
         findings.Warning(block.LineOf(kParaFormatKey),
                          "the " + std::to_string(arguments) +
@@ -170,39 +166,35 @@ void CheckArgumentText(const CatalogueBlock& block, FindingList& findings) {
 
 }  // namespace
 
-void CheckModuleValues(const CatalogueBlocks& modules, FindingList& findings) {
-    for (const CatalogueBlock& block : modules.blocks) {
-        const std::string name = block.Name();
-        if (name.empty()) {
-            findings.Error(block.title.line,
-                           Quoted(block.title.text) + " names no module: it cannot be selected");
-        } else if (TrimConfigText(name) != name) {
-            findings.Warning(block.title.line, "no \"belong module\" can name " + Quoted(name) +
-                                                   ", whose blanks belong to the name");
-        }
-        CheckWord(block, false, findings);
-        CheckInstruction(block, findings);
-        if (IsGiven(block, kInstructionKey) && block.Instruction() == -1) {
-            findings.Error(
-                block.LineOf(kInstructionKey),
-                "the instruction " + Quoted(block.Text(kInstructionKey)) + " counts as none");
-        }
-        CheckDescription(block, findings);
+void CheckValues(const ModuleBlock& block, FindingList& findings) {
+    const std::string& name = block.record.m_strName;
+    if (name.empty()) {
+        findings.Error(block.title.line,
+                       Quoted(block.title.text) + " names no module: it cannot be selected");
+    } else if (TrimConfigText(name) != name) {
+        findings.Warning(block.title.line, "no \"belong module\" can name " + Quoted(name) +
+                                               ", whose blanks belong to the name");
     }
+    CheckWord(block, false, findings);
+    CheckInstruction(block, findings);
+    if (IsGiven(block, kInstructionKey) && block.record.m_instruct == -1) {
+        findings.Error(
+            block.LineOf(kInstructionKey),
+            "the instruction " + Quoted(block.Find(kInstructionKey)->Value()) + " counts as none");
+    }
+    CheckDescription(block, findings);
 }
 
-void CheckCommandValues(const CatalogueBlocks& commands, FindingList& findings) {
-    for (const CatalogueBlock& block : commands.blocks) {
-        CheckWord(block, true, findings);
-        CheckInstruction(block, findings);
-        if (block.Find(kInstructionKey) == nullptr && !block.Lost(kInstructionKey)) {
-            findings.Error(block.title.line,
-                           "the block " + TitleText(block) + " has no \"instruction\": -1 is sent");
-        }
-        CheckLetters(block, kParaFormatKey, findings);
-        CheckLetters(block, kPrintFmtKey, findings);
-        CheckTags(block, findings);
-        CheckArgumentText(block, findings);
-        CheckDescription(block, findings);
+void CheckValues(const CmdBlock& block, FindingList& findings) {
+    CheckWord(block, true, findings);
+    CheckInstruction(block, findings);
+    if (block.Find(kInstructionKey) == nullptr && !block.Lost(kInstructionKey)) {
+        findings.Error(block.title.line, "the block " + Quoted(block.record.m_strName) +
+                                             " has no \"instruction\": -1 is sent");
     }
+    CheckLetters(block, kParaFormatKey, block.record.m_strParaFmt, findings);
+    CheckLetters(block, kPrintFmtKey, block.record.m_strPrintFmt, findings);
+    CheckTags(block, findings);
+    CheckArgumentText(block, findings);
+    CheckDescription(block, findings);
 }

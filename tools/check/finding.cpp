@@ -1,4 +1,4 @@
-#include "tools/finding.h"
+#include "tools/check/finding.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "catalogue/catalogue_file.h"
+#include "catalogue/config_keys.h"
+#include "tools/catalogue_source.h"
+
+// A catalogue as the console reads and files it, with every row that it passes over and what became
+// of every block: the console's own functions do both, and what is here listens.
+
+struct FileRow {
+    std::size_t line;  // counted from 1
+    std::string text;
+};
+
+struct KeyRow {
+    std::string_view word;  // the key word that the row counts as; empty for any other row
+    FileRow row;
+
+    RowParts Parts() const { return CutRow(row.text); }
+
+    // The value as far as the console takes it: empty when it is over the limit.
+    std::string Value() const;
+};
+
+struct CatalogueBlock {
+    FileRow title;
+    std::vector<KeyRow> keys;
+    std::vector<KeyRow> strays;  // the row that ended the block early, and those behind it
+
+    // The row that gives the key its value, the last one; null when there is none.
+    const KeyRow* Find(const ConfigKey& key) const;
+
+    // True when the key stands behind the row that ended the block.
+    bool Lost(const ConfigKey& key) const;
+
+    // The line of the key, or of the title when there is none.
+    std::size_t LineOf(const ConfigKey& key) const;
+};
+
+struct ModuleBlock : CatalogueBlock {
+    KoFileParse::KoModuleInfo record;
+    KoFileParse::StoredModule stored;
+};
+
+struct CmdBlock : CatalogueBlock {
+    KoFileParse::KoCmdInfo record;
+    KoFileParse::CmdPlace place;
+    KoFileParse::StoredCmd stored;
+};
+
+template <typename Block>
+struct CheckedFile {
+    LoadResult result;
+    std::vector<KeyRow> head;  // rows before the first block, empty ones excepted
+    std::deque<Block> blocks;  // in the order of the file; their addresses last
+};
+
+struct CheckedCatalogue {
+    KoFileParse catalogue;  // what the console has of the files
+    CheckedFile<ModuleBlock> modules;
+    CheckedFile<CmdBlock> commands;
+};
+
+// Reads both files. Prints nothing.
+void ReadCatalogue(const CataloguePaths& paths, CheckedCatalogue& checked);

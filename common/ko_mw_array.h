@@ -5,7 +5,7 @@
 
 #include "platform/ko_log.h"
 
-// The line numbers under which the platform's log filters know the two warnings below.
+// The line numbers of the two warnings below are part of the log's contract, wherever they stand.
 constexpr unsigned int kArrayEmptyLogLine = 132;
 constexpr unsigned int kArrayClampLogLine = 136;
 
@@ -18,6 +18,11 @@ public:
     Array() = default;
     Array(const Array&) = default;
     Array& operator=(const Array&) = default;
+    // Takes over the elements of a result that nobody else holds.
+    Array& operator=(Array&& other) noexcept {
+        m_list.swap(other.m_list);
+        return *this;
+    }
     virtual ~Array() = default;
 
     void push_back(const T& value) { m_list.push_back(value); }

@@ -12,7 +12,7 @@ namespace {
 constexpr char kSeparator[] = "===========================";
 constexpr std::size_t kTextSize = 256;  // bytes of a rendered number, terminator included
 
-// The line numbers under which the platform's log filters know a failed rendering.
+// The line numbers of a failed rendering are part of the log's contract, wherever its code stands.
 constexpr unsigned int kInt32LogLine = 35;
 constexpr unsigned int kInt64LogLine = 44;
 constexpr unsigned int kFloatLogLine = 59;

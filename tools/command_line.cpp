@@ -22,7 +22,6 @@ constexpr ToolOption kToolOptions[] = {
     {'c', "catalogue", "DIR", "the folder of mods.conf and cmds.conf (the console's own)"},
     {'f', "force", nullptr, "post over an unanswered request; its answer may come instead"},
     {'j', "json", nullptr, "print JSON, one object a line"},
-    {'m', "markdown", nullptr, "print a reference page"},
     {'t', "timeout", "MS", "wait so long for the turn and the answer (5000)"},
 };
 constexpr char kHelpLetter = 'h';
@@ -75,9 +74,6 @@ bool TakeOption(int letter, const char* value, CommandLine& line) {
         case 'j':
             line.json = true;
             return true;
-        case 'm':
-            line.markdown = true;
-            return true;
         case 't':
             if (ReadMilliseconds(value, line.timeout)) {
                 return true;
@@ -107,8 +103,7 @@ std::optional<CommandLine> ReadCommandLine(const ToolCommand& command, int argc,
         good = TakeOption(letter, optarg, line);
     }
     line.words.assign(argv + optind, argv + argc);
-    if (!good || line.words.size() < command.leastWords || line.words.size() > command.mostWords ||
-        (line.json && line.markdown)) {
+    if (!good || line.words.size() < command.leastWords || line.words.size() > command.mostWords) {
         PrintUsage(command, stderr);
         status = kExitUsage;
         return std::nullopt;

@@ -14,7 +14,6 @@ struct CommandLine {
     std::chrono::milliseconds timeout{5000};
     bool force = false;
     bool json = false;
-    bool markdown = false;
     std::vector<std::string> words;
 };
 

@@ -1,4 +1,8 @@
 #include <cstdio>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "catalogue/ko_file_parse.h"
 #include "format/format_letters.h"
@@ -12,12 +16,10 @@
 namespace {
 
 using CmdInfo = KoFileParse::KoCmdInfo;
+using ModuleInfo = KoFileParse::KoModuleInfo;
 
 struct ListedModule {
-    std::string name;
-    std::string word;
-    std::int32_t instruct;
-    std::string description;
+    const ModuleInfo* info;
     std::vector<const CmdInfo*> cmds;  // those that belong to it, by their words
 };
 
@@ -49,21 +51,17 @@ std::vector<ReplyValue> ReplyValues(const CmdInfo& cmd) {
     return values;
 }
 
+// In the order of the modules' names.
 std::vector<ListedModule> ListModules(const KoFileParse& catalogue) {
-    std::vector<ListedModule> modules;
-    for (const std::string& name : catalogue.GetModNames()) {
-        ListedModule module = {name,
-                               catalogue.GetModToCmd(name),
-                               catalogue.GetModInstruct(name),
-                               catalogue.GetModDescrip(name),
-                               {}};
-        const auto& table = catalogue.AllCmds().at(static_cast<unsigned int>(module.instruct));
+    std::unordered_map<std::string, std::vector<const CmdInfo*>> cmds;  // by the module's name
+    for (const auto& [number, table] : catalogue.AllCmds()) {
         for (const auto& [word, cmd] : table) {
-            if (cmd.m_strBelongMod == name) {
-                module.cmds.push_back(&cmd);
-            }
+            cmds[cmd.m_strBelongMod].push_back(&cmd);
         }
-        modules.push_back(std::move(module));
+    }
+    std::vector<ListedModule> modules;
+    for (const auto& [name, info] : catalogue.AllModules()) {
+        modules.push_back({&info, std::move(cmds[name])});
     }
     return modules;
 }
@@ -76,11 +74,12 @@ std::string Joined(const std::vector<std::string>& texts) {
     return joined;
 }
 
-// "label type, ..."; `show` makes a label printable.
-std::string ReplyText(const CmdInfo& cmd, std::string (*show)(std::string_view)) {
+// "label type, ...", printable.
+std::string ReplyText(const CmdInfo& cmd) {
     std::vector<std::string> texts;
     for (const ReplyValue& value : ReplyValues(cmd)) {
-        texts.push_back(value.label.empty() ? value.type : show(value.label) + " " + value.type);
+        texts.push_back(value.label.empty() ? value.type
+                                            : Printable(value.label) + " " + value.type);
     }
     return Joined(texts);
 }
@@ -88,12 +87,13 @@ std::string ReplyText(const CmdInfo& cmd, std::string (*show)(std::string_view))
 void PrintModules(const std::vector<ListedModule>& modules) {
     for (const ListedModule& module : modules) {
         std::printf("%s%s (%s) %s: %s\n", &module == &modules.front() ? "" : "\n",
-                    Printable(module.word).c_str(), Printable(module.name).c_str(),
-                    Hex(module.instruct).c_str(), Printable(module.description).c_str());
+                    Printable(module.info->m_strCmd).c_str(),
+                    Printable(module.info->m_strName).c_str(), Hex(module.info->m_instruct).c_str(),
+                    Printable(module.info->m_strDescrip).c_str());
         std::vector<std::vector<std::string>> rows;
         for (const CmdInfo* cmd : module.cmds) {
             const std::string arguments = Joined(ArgumentTypes(*cmd));
-            const std::string reply = ReplyText(*cmd, Printable);
+            const std::string reply = ReplyText(*cmd);
             rows.push_back({Printable(cmd->m_strCmd), Hex(cmd->m_instruct),
                             arguments.empty() ? "-" : arguments, reply.empty() ? "-" : reply,
                             Printable(cmd->m_strDescrip)});
@@ -106,39 +106,7 @@ void PrintModules(const std::vector<ListedModule>& modules) {
     }
 }
 
-// The text for a cell or a paragraph of Markdown, which takes none of it for markup.
-std::string MarkdownText(std::string_view text) {
-    std::string escaped;
-    for (const char byte : Printable(text)) {
-        if (std::string_view("\\`*_[]<>|#&").find(byte) != std::string_view::npos) {
-            escaped += '\\';
-        }
-        escaped += byte;
-    }
-    return escaped;
-}
-
-void PrintMarkdown(const std::vector<ListedModule>& modules) {
-    std::puts("# Commands");
-    for (const ListedModule& module : modules) {
-        std::printf("\n## %s\n\n%s\n\nWord: %s. Instruction: %s.\n",
-                    MarkdownText(module.name).c_str(), MarkdownText(module.description).c_str(),
-                    MarkdownText(module.word).c_str(), Hex(module.instruct).c_str());
-        if (module.cmds.empty()) {
-            continue;
-        }
-        std::puts("\n| Command | Instruction | Arguments | Reply | Description |");
-        std::puts("|---|---|---|---|---|");
-        for (const CmdInfo* cmd : module.cmds) {
-            std::printf("| %s | %s | %s | %s | %s |\n", MarkdownText(cmd->m_strCmd).c_str(),
-                        Hex(cmd->m_instruct).c_str(), Joined(ArgumentTypes(*cmd)).c_str(),
-                        ReplyText(*cmd, MarkdownText).c_str(),
-                        MarkdownText(cmd->m_strDescrip).c_str());
-        }
-    }
-}
-
-std::string CommandJson(const ListedModule& module, const CmdInfo& cmd) {
+std::string CommandJson(const ModuleInfo& module, const CmdInfo& cmd) {
     std::vector<std::string> arguments;
     for (const std::string& type : ArgumentTypes(cmd)) {
         arguments.push_back(JsonString(type));
@@ -151,8 +119,8 @@ std::string CommandJson(const ListedModule& module, const CmdInfo& cmd) {
         reply.push_back(member.Text());
     }
     JsonObject object;
-    object.Add("module", JsonString(module.name));
-    object.Add("word", JsonString(module.word));
+    object.Add("module", JsonString(module.m_strName));
+    object.Add("word", JsonString(module.m_strCmd));
     object.Add("command", JsonString(cmd.m_strCmd));
     object.Add("instruction", std::to_string(cmd.m_instruct));
     object.Add("arguments", JsonArray(arguments));
@@ -164,7 +132,7 @@ std::string CommandJson(const ListedModule& module, const CmdInfo& cmd) {
 void PrintJson(const std::vector<ListedModule>& modules) {
     for (const ListedModule& module : modules) {
         for (const CmdInfo* cmd : module.cmds) {
-            PrintJsonLine(CommandJson(module, *cmd));
+            PrintJsonLine(CommandJson(*module.info, *cmd));
         }
     }
 }
@@ -179,8 +147,6 @@ int RunList(const CommandLine& line) {
     const std::vector<ListedModule> modules = ListModules(catalogue);
     if (line.json) {
         PrintJson(modules);
-    } else if (line.markdown) {
-        PrintMarkdown(modules);
     } else {
         PrintModules(modules);
     }

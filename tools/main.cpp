@@ -18,7 +18,7 @@ constexpr ToolCommand kCommands[] = {
      "Exit status: 0 without errors, 1 with.\n",
      "c", 0, 0, RunCheck},
     {"list", "", "Lists the modules and commands of a catalogue.",
-     "\nExit status: 0, or 3 without a catalogue.\n", "cjm", 0, 0, RunList},
+     "\nExit status: 0, or 3 without a catalogue.\n", "cj", 0, 0, RunList},
     {"encode", kExchangeWords, "Shows the request of a command without sending it.",
      "\n"
      "MODULE is a module's selecting word or its name. Prints the offset in the request, the\n"

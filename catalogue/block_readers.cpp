@@ -34,13 +34,10 @@ public:
 
     CmdRecord& Current() { return m_cmd.mapped(); }
     void End() {
-        Gathered*& known = m_known[Current().m_strBelongMod];
-        if (known == nullptr) {
-            const KoFileParse::CmdPlace place = m_catalogue.PlaceFor(Current().m_strBelongMod);
-            known = &m_gathered[place.table];
-            known->place = place;
+        if (m_last == nullptr || m_last->first != Current().m_strBelongMod) {
+            m_last = &Know(Current().m_strBelongMod);
         }
-        known->cmds.push_back(std::move(m_cmd));
+        m_last->second->cmds.push_back(std::move(m_cmd));
         m_cmd = KoFileParse::NewCmd();
     }
     void FileAll() {
@@ -57,11 +54,24 @@ private:
         std::vector<KoFileParse::CmdNode> cmds;
     };
 
+    using KnownModules = std::unordered_map<std::string, Gathered*>;  // by name
+
+    KnownModules::value_type& Know(const std::string& module) {
+        const auto [known, isNew] = m_known.try_emplace(module);
+        if (isNew) {
+            const KoFileParse::CmdPlace place = m_catalogue.PlaceFor(module);
+            known->second = &m_gathered[place.table];
+            known->second->place = place;
+        }
+        return *known;
+    }
+
     KoFileParse& m_catalogue;
     KoFileParse::CmdNode m_cmd = KoFileParse::NewCmd();
     // By the table: modules of one number fill one. Commands that have none share a null.
     std::unordered_map<const KoFileParse::CmdTable*, Gathered> m_gathered;
-    std::unordered_map<std::string, Gathered*> m_known;  // by the module's name
+    KnownModules m_known;
+    KnownModules::value_type* m_last = nullptr;  // the module of the last command
 };
 
 }  // namespace

@@ -2,27 +2,9 @@
 
 namespace {
 
-// The message of a text that is over its limit.
-void Print(std::FILE* messages, const char* message, std::size_t length) {
-    if (messages != nullptr) {
-        std::fprintf(messages, message, static_cast<int>(length));
-    }
-}
-
-bool TitleFits(const std::string& row, std::FILE* messages) {
-    if (row.size() < kConfigTextSize) {
-        return true;
-    }
-    if (messages != nullptr) {
-        std::fprintf(messages, "str size:%d too large, max len:%d\n", static_cast<int>(row.size()),
-                     static_cast<int>(kConfigTextSize));
-    }
-    return false;
-}
-
 bool ValueFits(const ConfigKey& key, const RowParts& row, std::FILE* messages) {
     if (!row.ValueFits()) {
-        Print(messages, key.valueTooLong, row.valueLength);
+        PrintLength(messages, key.valueTooLong, row.valueLength);
     }
     return row.ValueFits();
 }
@@ -36,23 +18,18 @@ Value ValueOf(const ConfigKey& key, const std::string& row) {
 
 }  // namespace
 
-bool IsTitleRow(const std::string& row, std::FILE* messages) {
-    return TitleFits(row, messages) && IsInBrackets(row);
+void PrintLength(std::FILE* messages, const char* message, std::size_t length) {
+    if (messages != nullptr) {
+        std::fprintf(messages, message, static_cast<int>(length));
+    }
 }
 
 std::string ReadTitle(const std::string& row, std::FILE* messages) {
-    return TitleFits(row, messages) ? std::string(TitleName(row)) : std::string();
-}
-
-bool IsKeyRow(const ConfigKey& key, const RowParts& row, std::FILE* messages) {
-    if (!row.HasKey()) {
-        return false;
+    if (row.size() < kConfigTextSize) {
+        return std::string(TitleName(row));
     }
-    if (!row.KeyFits()) {
-        Print(messages, key.keyTooLong, row.keyLength);
-        return false;
-    }
-    return KeyMatches(key.word, row);
+    PrintLength(messages, kTitleTooLong, row.size());
+    return {};
 }
 
 void ReadValue(const ConfigKey& key, const RowParts& row, std::FILE* messages, std::string& field) {

@@ -13,6 +13,10 @@
 // The key words of both files: how they are written, what is printed about them, and where their
 // values go. `messages` is where a function prints; null for nowhere. Main thread only.
 
+// The message for a title over the limit; takes its length.
+inline constexpr char kTitleTooLong[] = "str size:%d too large, max len:256\n";
+static_assert(kConfigTextSize == 256, "named in the message");
+
 // A key word, with the messages for a key and for a value over the limit. The first takes the
 // length of the raw key, the second that of the raw value and its "=".
 struct ConfigKey {
@@ -70,14 +74,32 @@ constexpr const auto& KeysOf() {
     }
 }
 
+// Prints one of the messages about a text over its limit.
+void PrintLength(std::FILE* messages, const char* message, std::size_t length);
+
 // True when the row is a title; prints a line for a row over the limit.
-bool IsTitleRow(const std::string& row, std::FILE* messages);
+inline bool IsTitleRow(const std::string& row, std::FILE* messages) {
+    if (row.size() < kConfigTextSize) {
+        return IsInBrackets(row);
+    }
+    PrintLength(messages, kTitleTooLong, row.size());
+    return false;
+}
 
 // The name of the block that a title row opens; empty, after a line, for a row over the limit.
 std::string ReadTitle(const std::string& row, std::FILE* messages);
 
 // True when the row is a row of that key; prints a line for a key over the limit.
-bool IsKeyRow(const ConfigKey& key, const RowParts& row, std::FILE* messages);
+inline bool IsKeyRow(const ConfigKey& key, const RowParts& row, std::FILE* messages) {
+    if (!row.HasKey()) {
+        return false;
+    }
+    if (!row.KeyFits()) {
+        PrintLength(messages, key.keyTooLong, row.keyLength);
+        return false;
+    }
+    return KeyMatches(key.word, row);
+}
 
 // Each sets the field to the value of a row of that key. A value over the limit prints a line and
 // counts as empty, as 0 for a number and as no tag at all for a list.

@@ -2,8 +2,7 @@
 #include <cstdio>
 #include <iterator>
 #include <random>
-#include <type_traits>
-#include <vector>
+#include <string>
 
 #include "platform/string16.h"
 
@@ -11,9 +10,6 @@
 // build: a build with Android's own strings judges the one with ours.
 
 namespace {
-
-constexpr int kTexts = 100'000;
-constexpr unsigned kLongest = 12;
 
 std::mt19937 g_random(20'240'229);  // its numbers are the same everywhere
 
@@ -23,75 +19,51 @@ std::uint32_t Below(std::uint32_t limit) {
 
 // A number of any width, so that small ones and the ends of the ranges are as frequent as others.
 std::uint32_t Point() {
-    static constexpr std::uint32_t kEdges[] = {0x7F,   0x80,   0x7FF,  0x800,  0xD7FF,   0xD800,
-                                               0xDBFF, 0xDC00, 0xDFFF, 0xE000, 0xFFFF,   0x10000,
-                                               0,      0xFFFD, 0x3FFF, 0x4000, 0x10FFFF, 0x110000};
+    static constexpr std::uint32_t kEdges[] = {0,      0x7F,    0x80,     0x7FF,   0x800,  0xD7FF,
+                                               0xD800, 0xDBFF,  0xDC00,   0xDFFF,  0xE000, 0xFFFD,
+                                               0xFFFF, 0x10000, 0x10FFFF, 0x110000};
     return Below(3) == 0 ? kEdges[Below(std::size(kEdges))] : Below(2U << Below(21));
 }
 
-// The number in so many bytes, of which the encoding may need fewer or more.
-void AppendSequence(std::vector<char>& text, std::uint32_t point, unsigned bytes) {
+// Well-formed but for surrogates; or with sequences of a wrong length, stray and missing bytes.
+std::string Text() {
     static constexpr std::uint32_t kMarks[] = {0, 0xC0, 0xE0, 0xF0};
-    text.push_back(static_cast<char>(kMarks[bytes - 1] | (point >> (6 * (bytes - 1)))));
-    for (unsigned i = bytes - 1; i-- > 0;) {
-        text.push_back(static_cast<char>(0x80 | ((point >> (6 * i)) & 0x3F)));
-    }
-}
-
-// Well-formed but for surrogates, or with any fault: sequences of a wrong length, stray and missing
-// bytes.
-std::vector<char> Text() {
-    const std::uint32_t faults = Below(3);
-    std::vector<char> text;
-    for (std::uint32_t count = Below(kLongest); count > 0; --count) {
+    const bool faults = Below(2) == 0;
+    std::string text;
+    for (std::uint32_t count = Below(12); count > 0; --count) {
         const std::uint32_t point = Point();
-        const unsigned bytes = point < 0x80 ? 1 : point < 0x800 ? 2 : point < 0x10000 ? 3 : 4;
-        AppendSequence(text, point, faults > 1 && Below(4) == 0 ? 1 + Below(4) : bytes);
-        if (faults > 0 && Below(4) == 0) {
-            text.pop_back();
+        unsigned bytes = point < 0x80 ? 1 : point < 0x800 ? 2 : point < 0x10000 ? 3 : 4;
+        bytes = faults && Below(4) == 0 ? 1 + Below(4) : bytes;
+        text += static_cast<char>(kMarks[bytes - 1] | (point >> (6 * (bytes - 1))));
+        for (unsigned i = bytes - 1; i-- > 0;) {
+            text += static_cast<char>(0x80 | ((point >> (6 * i)) & 0x3F));
         }
-        if (faults > 1 && Below(4) == 0) {
-            text.push_back(static_cast<char>(Below(256)));
+        if (faults && Below(4) == 0) {
+            text.back() = static_cast<char>(Below(256));
         }
     }
-    return text;
+    return text.substr(0, text.size() - (faults && !text.empty() ? Below(2) : 0));
 }
 
-std::vector<char16_t> Units() {
-    std::vector<char16_t> units;
-    for (std::uint32_t count = Below(kLongest); count > 0; --count) {
-        const std::uint32_t point = Point();
-        if (point > 0xFFFF) {
-            units.push_back(static_cast<char16_t>(0xD800 | (Below(0x400))));
-            units.push_back(static_cast<char16_t>(0xDC00 | (point & 0x3FF)));
-        } else {
-            units.push_back(static_cast<char16_t>(point));
-        }
+template <typename Text>
+void PrintHex(const Text& text, const char* end) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        std::printf("%x ", static_cast<unsigned>(text.string()[i]) & 0xFFFFU);
     }
-    return units;
-}
-
-template <typename Unit>
-void PrintHex(const char* label, const Unit* units, std::size_t count) {
-    std::printf("%s", label);
-    for (std::size_t i = 0; i < count; ++i) {
-        std::printf(" %x", static_cast<std::make_unsigned_t<Unit>>(units[i]));
-    }
+    std::printf("%s", end);
 }
 
 }  // namespace
 
 int main() {
-    for (int i = 0; i < kTexts; ++i) {
-        const std::vector<char> text = Text();
-        const android::String16 wide(text.data(), text.size());
-        PrintHex("text", text.data(), text.size());
-        PrintHex(" ->", wide.string(), wide.size());
-        const std::vector<char16_t> units = Units();
-        const android::String8 narrow(android::String16(units.data(), units.size()));
-        PrintHex("\nunits", units.data(), units.size());
-        PrintHex(" ->", narrow.string(), narrow.size());
-        std::printf("\n");
+    for (int i = 0; i < 100'000; ++i) {
+        const std::string text = Text();
+        PrintHex(android::String16(text.data(), text.size()), "| ");
+        std::u16string units(Below(12), u'\0');
+        for (char16_t& unit : units) {
+            unit = static_cast<char16_t>(Below(4) == 0 ? 0xD800 + Below(0x800) : Point());
+        }
+        PrintHex(android::String8(android::String16(units.data(), units.size())), "\n");
     }
     return 0;
 }

@@ -1,5 +1,3 @@
-#include <fcntl.h>
-
 #include "page/share_page_client.h"
 #include "printer/printer.h"
 #include "tests/fuzz/fuzz_input.h"
@@ -35,9 +33,9 @@ void Exchange(SharePage& page, const std::string& format) {
 // meanwhile for a print format of odd length.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto parts = SplitInput(data, size, 3);
-    static const PageMapping console(
-        UniqueFd(open(HostilePage::Path().c_str(), O_RDWR | O_CLOEXEC)).Get());
-    const HostilePage service({parts[1], parts[2]}, parts[0].size() % 2 == 1);
+    static const PageFile file;
+    static const PageMapping console(file.fd.Get());
+    const HostilePage service(file, {parts[1], parts[2]}, parts[0].size() % 2 == 1);
     Exchange(*console.Get(), parts[0]);
     return 0;
 }

@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/child.h"
-#include "tests/support/played_page.h"
 #include "tests/support/test_root.h"
 
 namespace {
@@ -111,35 +110,4 @@ TEST_F(TerminalTest, NoResumeIsLostUnderLoad) {
     m_console.Type("aud\n");
     m_console.ReadUntil("audio@TV $");
     std::printf("%d suspends, %d asked for twice\n", KO_SUSPENDS, repeated);
-}
-
-TEST(ToolTerminalTest, NoTextSteersTheTerminal) {
-    const std::string rule(27, '=');
-    const std::string text("\0\0\0\0\3\0\0\0\x1b\0\x9b\0\0\0\0\0", 16);
-    struct {
-        std::vector<std::string> words;
-        std::string seen;
-    } const cases[] = {
-        {{"call", "m", "c"}, rule + "\nt\\x9b\\x7f:\\x1b\\x9b\\u0000\t\n" + rule + "\n"},
-        {{"call", "--json", "m", "c"},
-         R"({"t\u009b\u007f":"\u001b\u009b\u0000"})"
-         "\n"},
-        {{"list", "--json"}, R"([{"label":"t\u009b\u007f","type":"string"}])"},
-        {{"check", "--catalogue", "\x1b\xc2\x9b"}, "\\x1b\\x9b/mods.conf:1: error"},
-    };
-    const TestRoot root;
-    root.Write("root/vendor/etc/atv/dbg/mods.conf", "[m]\ncommand=m\ninstruction=1\n");
-    root.Write("root/vendor/etc/atv/dbg/cmds.conf",
-               "[c]\ncommand=c\nbelong module=m\nprint format=s\nprint tags=t\xc2\x9b\x7f\n");
-    PlayedPage page;
-    for (const auto& c : cases) {
-        Child tool("ko_cmd_tool", c.words, Child::Io::kTerminal);
-        if (c.words[0] == "call") {
-            EXPECT_NE("", page.TakeRequest(tool));
-            page.Reply(text, text.size());
-        }
-        std::string printed = tool.ReadUntil(c.seen);
-        printed += tool.ReadRest();
-        EXPECT_EQ(std::string::npos, printed.find_first_of("\x1b\x7f\x9b")) << c.seen;
-    }
 }

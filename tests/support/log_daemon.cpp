@@ -3,7 +3,9 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 
+#include <cstring>
 #include <filesystem>
+#include <string_view>
 
 #include <gtest/gtest.h>
 
@@ -24,18 +26,21 @@ LogDaemon::~LogDaemon() {
     unlink(kAddress.sun_path);
 }
 
-std::string LogDaemon::Take() const {
-    char bytes[4096];
-    const ssize_t size = recv(m_socket.Get(), bytes, sizeof(bytes), MSG_DONTWAIT);
-    return {bytes, size < 0 ? 0 : static_cast<std::size_t>(size)};
-}
-
+// Each entry: buffer, thread, seconds, nanoseconds, then priority, tag and message.
 std::string LogDaemon::TakeRows() const {
     std::string rows;
-    for (std::string entry; !(entry = Take()).empty();) {
-        const char* tag = &entry.at(kHeaderSize + 1);
+    char bytes[4096] = {};
+    while (recv(m_socket.Get(), bytes, sizeof(bytes) - 1, MSG_DONTWAIT) > 0) {
+        std::uint32_t when[2] = {};
+        std::memcpy(when, bytes + 3, sizeof(when));
+        EXPECT_EQ(0, bytes[0]) << "the main buffer";
+        EXPECT_NE(0, bytes[1] | bytes[2]) << "a thread";
+        EXPECT_LE(m_start, when[0]);
+        EXPECT_GE(std::time(nullptr), when[0]);
+        EXPECT_GT(1'000'000'000U, when[1]);
+        const char* tag = bytes + kHeaderSize + 1;
         const char* message = tag + std::string_view(tag).size() + 1;
-        rows += std::to_string(entry[kHeaderSize]) + " " + tag + " " + message + "\n";
+        rows += std::to_string(bytes[kHeaderSize]) + " " + tag + " " + message + "\n";
     }
     return rows;
 }

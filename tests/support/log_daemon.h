@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ctime>
 #include <string>
 
 #include "platform/unique_fd.h"
@@ -13,12 +14,10 @@ public:
     LogDaemon(const LogDaemon&) = delete;
     LogDaemon& operator=(const LogDaemon&) = delete;
 
-    // The oldest entry, as it was sent; empty when there is none.
-    std::string Take() const;
-
     // Takes all entries: a row for each with the priority, the tag and the message.
     std::string TakeRows() const;
 
 private:
     UniqueFd m_socket;
+    std::time_t m_start = std::time(nullptr);
 };

@@ -33,7 +33,7 @@ constexpr char kPrograms[] =
     "ln -sfn '" KO_EXAMPLE "' example; EXAMPLE=\"" KO_EMULATOR " $PWD/example\"; CALLS=" KO_CALLS
     "; "
     "serve() { : >service.log; $SERVICE \"$@\" >>service.log 2>&1 & "
-    "until grep -q serving service.log; do sleep 0.01; done; }\n";
+    "until grep -q serving service.log; do kill -0 $! || exit 99; sleep 0.01; done; }\n";
 
 constexpr char kPrompt[] = "TV $";
 

@@ -1,3 +1,4 @@
+#include <poll.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -34,14 +35,20 @@ sigset_t SignalSet(std::initializer_list<int> signals) {
     return set;
 }
 
-// Runs the handler of a signal that has come since the last call.
-void LetIn(int signal) {
-    const sigset_t suspend = SignalSet({SIGTSTP});
-    const sigset_t wanted = SignalSet({signal});
-    pthread_sigmask(SIG_BLOCK, &suspend, nullptr);
-    pthread_sigmask(SIG_UNBLOCK, &wanted, nullptr);
-    pthread_sigmask(SIG_BLOCK, &wanted, nullptr);
-    pthread_sigmask(SIG_UNBLOCK, &suspend, nullptr);
+// The thread's mask with only this one of the three signals let in.
+sigset_t MaskFor(int signal) {
+    sigset_t mask = {};
+    pthread_sigmask(SIG_BLOCK, nullptr, &mask);
+    sigaddset(&mask, SIGTSTP);
+    sigdelset(&mask, signal);
+    return mask;
+}
+
+// Runs the handler of a signal that the mask lets in and that has come since the last call. One
+// system call, as the watcher makes it all the time.
+void LetIn(const sigset_t& mask) {
+    const timespec now = {};
+    ppoll(nullptr, 0, &now, &mask);
 }
 
 // Takes back a SIGCONT that the process has sent itself: its handler would wipe out a suspend that
@@ -93,9 +100,13 @@ void KoCmdDebug::ResumeHandler(int) {
 }
 
 void KoCmdDebug::SignalDectThread(const void*) {
+    const sigset_t resume = MaskFor(SIGCONT);
+    const sigset_t quit = MaskFor(SIGINT);
+    const sigset_t suspend = SignalSet({SIGTSTP});
+    pthread_sigmask(SIG_UNBLOCK, &suspend, nullptr);
     for (;;) {
-        LetIn(SIGCONT);
-        LetIn(SIGINT);
+        LetIn(resume);
+        LetIn(quit);
         switch (g_sigState) {
             case kSigResume:
                 OnResume();
@@ -106,7 +117,7 @@ void KoCmdDebug::SignalDectThread(const void*) {
                 // The stop takes effect in the first change of the mask at the latest, so this
                 // returns after the continue, and the sleep below keeps the first resume action
                 // away from it.
-                LetIn(SIGCONT);
+                LetIn(resume);
                 break;
             case kSigQuit:
                 OnQuit();

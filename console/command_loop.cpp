@@ -106,7 +106,8 @@ int KoCmdDebug::GetSupportCmds(char*** list, unsigned int* count) {
         return -1;
     }
     static WordTable cmdTable = {g_cmdTable, "command"};
-    m_curModCmds = m_pFileParse->GetModHoldCmds(m_pFileParse->GetModInstruct(m_strCurMod));
+    m_curModCmds.m_list =
+        m_pFileParse->GetModHoldCmds(m_pFileParse->GetModInstruct(m_strCurMod)).m_list;
     *count = FillWordTable(m_curModCmds, cmdTable);
     *list = g_cmdTable;
     return 0;

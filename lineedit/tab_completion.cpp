@@ -74,7 +74,7 @@ int KoStream::OnTab() {
         return -1;
     }
     for (const std::string& piece : listing) {
-        std::printf("%s", piece.c_str());
+        std::fputs(piece.c_str(), stdout);
         std::fflush(stdout);
     }
     if (std::putchar('\n') == EOF) {

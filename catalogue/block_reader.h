@@ -21,14 +21,28 @@ const KeyField<Record>* FindKey(const RowParts& row, std::FILE* messages) {
 
 // What hears the blocks of a catalogue file of KoModuleInfo or KoCmdInfo records, in file order.
 // This one ignores every row; others derive from it and add
-//   Record& Current()  the record that is being filled, reset
-//   void End()         the block has ended: takes the record and resets it
+//   Record& Current()  the record that the open block fills, which begins reset
+//   void End()         the block has ended: takes its record
 // A row that ended a block is heard behind that, as a title or as a stray.
 struct BlockListener {
     void Title(const std::string&) {}                  // it opened a block
     void Key(const ConfigKey&, const std::string&) {}  // it set a field
     void Stray(const std::string&) {}                  // it was passed over
 };
+
+// Sets the field of the key that the row is a row of; false for any other row.
+template <typename Record, typename Listener>
+bool TakeKey(const std::string& row, std::FILE* messages, Listener& listener) {
+    const RowParts parts = CutRow(row);
+    const KeyField<Record>* key = FindKey<Record>(parts, messages);
+    if (key == nullptr) {
+        return false;
+    }
+    std::visit([&](auto field) { ReadValue(key->key, parts, messages, listener.Current().*field); },
+               key->field);
+    listener.Key(key->key, row);
+    return true;
+}
 
 // Reads the blocks of a file. 0; or -1 when the reader could not step back to the row that ended a
 // block.
@@ -51,14 +65,7 @@ int WalkBlocks(KoFile& reader, std::FILE* messages, Listener& listener) {
             listener.Stray(row);
             continue;
         }
-        const RowParts parts = CutRow(row);
-        if (const KeyField<Record>* key = FindKey<Record>(parts, messages)) {
-            std::visit(
-                [&](auto field) {
-                    ReadValue(key->key, parts, messages, listener.Current().*field);
-                },
-                key->field);
-            listener.Key(key->key, row);
+        if (TakeKey<Record>(row, messages, listener)) {
             continue;
         }
         listener.End();

@@ -37,6 +37,10 @@ public:
         if (m_last == nullptr || m_last->first != Current().m_strBelongMod) {
             m_last = &Know(Current().m_strBelongMod);
         }
+        if (m_last->second == nullptr) {
+            Current().Clear();
+            return;
+        }
         m_last->second->cmds.push_back(std::move(m_cmd));
         m_cmd = KoFileParse::NewCmd();
     }
@@ -54,12 +58,16 @@ private:
         std::vector<KoFileParse::CmdNode> cmds;
     };
 
-    using KnownModules = std::unordered_map<std::string, Gathered*>;  // by name
+    // By the module's name; null for one whose commands are dropped.
+    using KnownModules = std::unordered_map<std::string, Gathered*>;
 
     KnownModules::value_type& Know(const std::string& module) {
         const auto [known, isNew] = m_known.try_emplace(module);
-        if (isNew) {
-            const KoFileParse::CmdPlace place = m_catalogue.PlaceFor(module);
+        if (!isNew) {
+            return *known;
+        }
+        const KoFileParse::CmdPlace place = m_catalogue.PlaceFor(module);
+        if (place.table != nullptr) {
             known->second = &m_gathered[place.table];
             known->second->place = place;
         }
@@ -68,7 +76,7 @@ private:
 
     KoFileParse& m_catalogue;
     KoFileParse::CmdNode m_cmd = KoFileParse::NewCmd();
-    // By the table: modules of one number fill one. Commands that have none share a null.
+    // By the table: modules of one number fill one.
     std::unordered_map<const KoFileParse::CmdTable*, Gathered> m_gathered;
     KnownModules m_known;
     KnownModules::value_type* m_last = nullptr;  // the module of the last command

@@ -38,7 +38,8 @@ public:
     // console then goes on with what the catalogue holds and empty module lists.
     int LoadConfig();
 
-    // Sets what the interrupt key calls, with a null argument, before the process ends.
+    // Sets what the interrupt key has the watcher thread call, with a null argument, before the
+    // process ends; null for nothing. Before Exec.
     void SetRelease(void (*release)(const void*)) { m_pfnRelease = release; }
 
     // Runs the console: maps the page, catches the signals, reads lines until the end, then
@@ -85,6 +86,10 @@ public:
     // `valid` and ends the encoding; -1 for an unknown letter or a failed write.
     static int ParseCmdImp(std::string format, KO_BOOL& valid, android::Parcel& request,
                            std::istringstream& args);
+
+    // One letter each, with the results of ParseCmdImp: `f`, `F`, `s` or `S` (any other is passed
+    // over); `D` when `wide`, else `d`; `S` when `wide`, else `s`. A failed write is reported by
+    // ParseCmdSub, and left to the caller to report by the other two.
     static int ParseCmdSub(char letter, KO_BOOL& valid, std::istringstream& args,
                            android::Parcel& request);
     static int ParseIntegerCmd(KO_BOOL wide, KO_BOOL& valid, std::istringstream& args,

@@ -17,13 +17,14 @@ struct CataloguePaths {
 CataloguePaths FindCatalogue(const std::optional<std::string>& folder);
 
 // Loads the catalogue as the console does, with the console's messages on standard error. False
-// after a message when a file cannot be loaded.
+// after a message when a file cannot be loaded; `catalogue` then holds what was read before.
 bool LoadCatalogue(const CataloguePaths& paths, KoFileParse& catalogue);
 
 // The reason of a fault as people read it, such as "the file is empty".
 std::string FaultText(const LoadResult& result);
 
-// Sends what is printed to standard output to standard error while it lives. One at a time.
+// Sends what is printed to standard output to standard error while it lives. One at a time, and no
+// other thread may print.
 class StdoutToStderr {
 public:
     StdoutToStderr();

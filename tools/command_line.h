@@ -10,11 +10,11 @@ constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
 
 // What stands behind the command's name.
 struct CommandLine {
-    std::optional<std::string> catalogue;
+    std::optional<std::string> catalogue;  // a folder; the console's own files without
     std::chrono::milliseconds timeout{5000};
     bool force = false;
     bool json = false;
-    std::vector<std::string> words;
+    std::vector<std::string> words;  // behind the options
 };
 
 // One command of the tool: feeds dispatch, help and the check of its command line.

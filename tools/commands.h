@@ -2,7 +2,8 @@
 
 #include "tools/command_line.h"
 
-// The commands of ko_cmd_tool; each stands in a file of its own and returns an ExitStatus.
+// The commands of ko_cmd_tool; each stands in a file of its own and returns an ExitStatus. Results
+// go to standard output, which the caller flushes, messages to standard error.
 int RunCheck(const CommandLine& line);
 int RunList(const CommandLine& line);
 int RunEncode(const CommandLine& line);

@@ -9,7 +9,7 @@ enum class Severity { kError, kWarning };
 
 struct Finding {
     std::string file;
-    std::size_t line;
+    std::size_t line;  // counted from 1
     Severity severity;
     std::string text;
 };
@@ -19,13 +19,15 @@ class FindingList {
 public:
     explicit FindingList(std::string file) : m_file(std::move(file)) {}
 
+    // Each adds a finding about the line, whose text takes no line end.
     void Error(std::size_t line, std::string text);
     void Warning(std::size_t line, std::string text);
 
     // "mods.conf:3"; how a finding names another place.
     std::string Place(std::size_t line) const;
 
-    // Hands the findings out in the order of the lines.
+    // Hands the findings out in the order of the lines, those of one line as they were made, and
+    // keeps none.
     std::vector<Finding> Take();
 
 private:
@@ -33,5 +35,5 @@ private:
     std::vector<Finding> m_findings;
 };
 
-// One line, "file:line: error: text".
+// One line without its end, "file:line: error: text".
 std::string FindingLine(const Finding& finding);

@@ -26,7 +26,7 @@ namespace fs = std::filesystem;
 // For the shell: the programs, through a link whose path needs no quotes, and the service in the
 // background once it serves.
 constexpr char kPrograms[] =
-    "ln -sfn '" KO_BIN_DIR "' bin; BIN=\"" KO_EMULATOR
+    "exec 2>stderr; ln -sfn '" KO_BIN_DIR "' bin; BIN=\"" KO_EMULATOR
     " $PWD/bin\"; KO=$BIN/ko_cmd_debug; TOOL=$BIN/ko_cmd_tool; SERVICE=$BIN/ko_tv_service; "
     "SCRIPTS='" KO_SOURCE_DIR
     "/script'; "
@@ -69,7 +69,6 @@ std::string PlayedRow(const TableRow& row, const std::string& request, std::stri
 // Each file of tests/cases is played on a television of its own. A row "--- TITLE" begins a
 // section:
 //   install PATH         puts a catalogue file of the source tree, or a folder's two, in place
-//   folder PATH          makes a folder
 //   service OPTIONS      starts the stand-in service; "stop" ends it
 //   reply LENGTH BYTES REMARK  answers a request of the next program with the bytes, as a reply of
 //                        that length, true or not; several answer in turn
@@ -77,12 +76,11 @@ std::string PlayedRow(const TableRow& row, const std::string& request, std::stri
 //   shell                runs the body with the programs as $KO, $SERVICE and $TOOL and the source
 //                        tree's script folder as $SCRIPTS; "serve" starts the stand-in as $!, with
 //                        its output in service.log
-//   output               what either printed, then standard error's rows behind "! "
+//   output               what either printed, then standard error's rows behind "! ", and the exit
+//                        status unless it is 0
 //   logd                 plays the log daemon to the programs behind it
 //   log                  what they have logged since
 //   $ WORDS              runs the tool; the body is what it prints, without marks
-//   posted MODULE LINE   the page that the console posts for the line
-//   is FILE              what a file holds
 //   typed MODULE         a table of lines typed in the module, in one console, and what comes of
 //                        each; without a service or a reply each is answered with status 0
 //   tool WORDS           a table of words behind these, and the exit status and output of the tool
@@ -94,16 +92,16 @@ public:
     void Play(const std::string& title, const std::string& body);
 
 private:
-    std::string Run(const std::string& program, const Words& words, const std::string& input);
+    std::string Run(const std::string& script, const std::string& input = {});
+    std::string RunTool(const std::string& words);
     std::string Type(Child& console, const TableRow& row);
-    void Serve(const Words& options);
+    void Serve(const std::string& options);
     void AddReply(const Words& reply);
     static void PlayTable(const std::string& title, const std::string& table,
                           const std::function<std::string(const TableRow&)>& play);
     void PlayTyped(const std::string& module, const std::string& table);
     void PlayTool(const std::string& words, const std::string& table);
     void Check();
-    void ExpectPosted(std::string moduleAndLine, const std::string& page);
     void Write(const std::string& path, const std::string& body);
 
     TestRoot m_root;
@@ -111,12 +109,13 @@ private:
     std::optional<PlayedPage> m_page;
     std::optional<LogDaemon> m_log;
     std::vector<Words> m_replies;
-    std::map<std::string, Words, std::greater<>> m_findings;  // by file, the modules' first
+    std::map<std::string, std::string> m_findings;  // by file
     std::string m_printed;
+    int m_exit = 0;  // the last program's
 };
 
-std::string Case::Run(const std::string& program, const Words& words, const std::string& input) {
-    Child child(program, words, Child::Io::kErrorFile);
+std::string Case::Run(const std::string& script, const std::string& input) {
+    Child child(kPrograms + script);
     child.Type(input);
     child.CloseInput();
     for (const Words& reply : std::exchange(m_replies, {})) {
@@ -124,13 +123,20 @@ std::string Case::Run(const std::string& program, const Words& words, const std:
         m_page->Reply(reply[1], std::stoul(reply[0]));
     }
     std::string printed = child.ReadRest();
-    const int status = child.Wait();
+    m_exit = WEXITSTATUS(child.Wait());
     std::istringstream errors(ReadFile("stderr"));
     for (std::string row; std::getline(errors, row);) {
         printed += "! " + row + "\n";
     }
-    const int exit = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    return printed + "exit " + std::to_string(exit) + "\n";
+    return printed;
+}
+
+std::string Case::RunTool(const std::string& words) {
+    std::string script = "exec $TOOL";
+    for (const std::string& word : SplitWords(words)) {
+        script += " '" + word + "'";
+    }
+    return Run(script);
 }
 
 // Types the row's line and plays the service, where there is none.
@@ -146,7 +152,7 @@ std::string Case::Type(Child& console, const TableRow& row) {
     return PlayedRow(row, request, printed.substr(0, printed.rfind('\n') + 1));
 }
 
-void Case::Serve(const Words& options) {
+void Case::Serve(const std::string& options) {
     m_page.reset();
     m_service.reset();
     m_service = std::make_unique<Service>(options);
@@ -173,7 +179,7 @@ void Case::PlayTyped(const std::string& module, const std::string& table) {
     if (!m_service) {
         m_page.emplace();
     }
-    Child console("ko_cmd_debug", {}, Child::Io::kPipes);
+    Child console(kConsole);
     console.ReadUntil(kPrompt);
     Type(console, TableRow(module));
     PlayTable(module, table, [&](const TableRow& row) { return Type(console, row); });
@@ -184,36 +190,16 @@ void Case::PlayTool(const std::string& words, const std::string& table) {
         if (!row.reply.empty()) {
             AddReply(row.reply);
         }
-        const std::string printed = Run("ko_cmd_tool", SplitWords(words + " " + row.line), "");
-        const std::size_t exit = printed.rfind("exit ");
-        return PlayedRow(row, "", printed.substr(exit + 5) + printed.substr(0, exit));
+        const std::string printed = RunTool(words + " " + row.line);
+        return PlayedRow(row, "", std::to_string(m_exit) + "\n" + printed);
     });
 }
 
 void Case::Check() {
-    std::string expected;
-    int errors = 0;
-    int warnings = 0;
-    for (const auto& [file, findings] : m_findings) {
-        for (const std::string& finding : findings) {
-            expected += finding + "\n";
-            ++(finding.find(": error: ") != std::string::npos ? errors : warnings);
-        }
-    }
-    const auto counted = [](int count, const char* noun) {
-        return std::to_string(count) + noun + (count == 1 ? "" : "s");
-    };
-    expected += counted(errors, " error") + ", " + counted(warnings, " warning") + "\nexit " +
-                (errors == 0 ? "0" : "1") + "\n";
-    ExpectRows(expected, Run("ko_cmd_tool", {"check", "--catalogue", "."}, ""), "check");
-}
-
-void Case::ExpectPosted(std::string moduleAndLine, const std::string& posted) {
-    PlayedPage page;
-    Child console("ko_cmd_debug", {}, Child::Io::kPipes);
-    console.Type(moduleAndLine.replace(moduleAndLine.find(' '), 1, "\n") + "\n");
-    EXPECT_EQ(posted, page.TakeRequest(console)) << moduleAndLine;
-    page.Reply({}, sizeof(std::int32_t));
+    const std::string findings = m_findings["mods.conf"] + m_findings["cmds.conf"];
+    ExpectRows(findings + "... error..., ... warning...\n", RunTool("check --catalogue ."),
+               "check");
+    EXPECT_EQ(findings.find(": error: ") != std::string::npos ? 1 : 0, m_exit);
 }
 
 void Case::Write(const std::string& path, const std::string& body) {
@@ -232,21 +218,19 @@ void Case::Play(const std::string& title, const std::string& body) {
     const std::map<std::string, std::function<void()>> sections = {
         {"", [] {}},
         {"install", [&] { TestRoot::Install(rest); }},
-        {"folder", [&] { fs::create_directories(rest); }},
         {"stop", [&] { m_service.reset(); }},
-        {"service", [&] { Serve(SplitWords(rest)); }},
+        {"service", [&] { Serve(rest); }},
         {"reply", [&] { AddReply(SplitWords(rest)); }},
-        {"keys", [&] { m_printed = Run("ko_cmd_debug", {}, Expand(body)); }},
-        {"shell",
+        {"keys", [&] { m_printed = Run("exec $KO", Expand(body)); }},
+        {"shell", [&] { m_printed = Run(body); }},
+        {"output",
          [&] {
-             m_printed = Run("/bin/sh", {"-c", kPrograms + body}, "");
+             const std::string exit = m_exit == 0 ? "" : "exit " + std::to_string(m_exit) + "\n";
+             ExpectRows(Expand(body), m_printed + exit, title);
          }},
-        {"output", [&] { ExpectRows(Expand(body), m_printed, title); }},
-        {"$", [&] { ExpectRows(body, Run("ko_cmd_tool", SplitWords(rest), ""), title); }},
+        {"$", [&] { ExpectRows(body, RunTool(rest), title); }},
         {"logd", [&] { m_log.emplace(); }},
         {"log", [&] { ExpectRows(body, m_log->TakeRows(), title); }},
-        {"posted", [&] { ExpectPosted(rest, body); }},
-        {"is", [&] { EXPECT_EQ(Expand(body), ReadFile(rest)); }},
         {"typed", [&] { PlayTyped(rest, body); }},
         {"tool", [&] { PlayTool(rest, body); }},
         {"check", [&] { Check(); }},

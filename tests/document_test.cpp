@@ -43,7 +43,7 @@ void ExpectReal(const std::string& block) {
             script += "cat <<'END'\n" + row + "\nEND\n" + row.substr(2) + "\n";
         }
     }
-    EXPECT_EQ(block, Child("/bin/sh", {"-c", script}, Child::Io::kPipes).ReadRest());
+    EXPECT_EQ(block, Child(script).ReadRest());
 }
 
 }  // namespace
@@ -53,7 +53,7 @@ TEST(DocumentTest, TheSessionInTheReadmeIsARealOne) {
     const std::string session = Blocks("README.md", "session").at(0);
     const ExampleRoot root;
     const Service service;
-    Child console("ko_cmd_debug", {}, Child::Io::kPipes);
+    Child console(kConsole);
     std::istringstream rows(session);
     for (std::string row; std::getline(rows, row);) {
         const std::size_t prompt = row.find("TV $");
@@ -71,11 +71,11 @@ TEST(DocumentTest, TheBytesOfTheProtocolAreTheRealOnes) {
     for (const auto& [module, command, arguments] : examples) {
         const ExampleRoot root;
         PlayedPage page;
-        Child console("ko_cmd_debug", {}, Child::Io::kPipes);
+        Child console(kConsole);
         console.Type(module + "\n" + command + arguments + "\n");
         EXPECT_EQ(DocumentedRows(command + "-request"), page.TakeRequest(console));
         page.Die();
-        const Service service({"--accept-old"});
+        const Service service("--accept-old");
         console.ReadUntil("=\n");
         EXPECT_EQ(DocumentedRows(command + "-reply"), PageRows());
     }

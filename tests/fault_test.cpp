@@ -24,7 +24,7 @@ constexpr char kRule[] = "===========================\n";
 // The console in the module of the example catalogue that most cases use.
 class Console : public Child {
 public:
-    Console() : Child("ko_cmd_debug", {}, Io::kPipes) {
+    Console() : Child(kConsole) {
         Type("aud\n");
         ReadUntil("audio@TV $");
     }
@@ -56,7 +56,7 @@ TEST(ServiceFaultTest, AServiceThatDiesAndComesBackAnswersWhole) {
     EXPECT_NE("", dying.TakeRequest(console));
     dying.Die();
     {
-        const Service back({"--accept-old"});
+        const Service back("--accept-old");
         EXPECT_EQ(kVolume35, console.Answer("setvol 0 35"));
     }
     console.Type("mute 1\n");
@@ -70,7 +70,7 @@ TEST(ServiceFaultTest, AServiceThatDiesAndComesBackAnswersWhole) {
         EXPECT_EQ(kVolume35, console.Command("setvol 0 35"));
     }
     console.Type("setvol 0 35\n");
-    const Service afterwards({"--accept-old"});
+    const Service afterwards("--accept-old");
     EXPECT_EQ(kVolume35, console.Answer("setvol 0 35"));
 }
 
@@ -120,7 +120,7 @@ TEST(StreamFaultTest, AHangUpEndsTheConsole) {
     const ExampleRoot root;
     for (const bool ignored : {true, false}) {
         std::signal(SIGHUP, ignored ? SIG_IGN : SIG_DFL);
-        Child console("ko_cmd_debug", {}, Child::Io::kTerminal);
+        Child console(kConsole, Child::Io::kTerminal);
         console.ReadUntil("TV $");
         console.CloseInput();
         console.CloseOutput();
@@ -147,7 +147,7 @@ TEST(CatalogueFaultTest, AFileThatBreaksOffIsNoCatalogue) {
     fs::remove("root/vendor/etc/atv/dbg/cmds.conf");
     fs::create_symlink("/proc/" + std::to_string(other) + "/maps",
                        "root/vendor/etc/atv/dbg/cmds.conf");
-    Child console("ko_cmd_debug", {}, Child::Io::kPipes);
+    Child console(kConsole);
     console.CloseInput();
     const int full = fcntl(console.Terminal(), F_GETPIPE_SZ);
     const std::string state = "/proc/" + std::to_string(console.Pid()) + "/stat";

@@ -16,22 +16,22 @@ namespace {
 // The console on a terminal of its own, beside a service, with the example catalogue.
 class TerminalTest : public testing::Test {
 protected:
-    static termios Settings(const Child& child) {
+    termios Settings() const {
         termios settings = {};
-        EXPECT_EQ(0, tcgetattr(child.Terminal(), &settings));
+        EXPECT_EQ(0, tcgetattr(m_console.Terminal(), &settings));
         return settings;
     }
 
     ExampleRoot m_root;
     Service m_service;
-    Child m_console{"ko_cmd_debug", {}, Child::Io::kTerminal};
+    Child m_console{kConsole, Child::Io::kTerminal};
 };
 
 }  // namespace
 
 TEST_F(TerminalTest, RunsRawAndPutsTheSettingsBack) {
     m_console.ReadUntil("TV $");
-    const termios raw = Settings(m_console);
+    const termios raw = Settings();
     EXPECT_EQ(0U, raw.c_lflag & (ICANON | ECHO));
     EXPECT_NE(0U, raw.c_lflag & ISIG);
     EXPECT_EQ(1, raw.c_cc[VMIN]);
@@ -42,32 +42,29 @@ TEST_F(TerminalTest, RunsRawAndPutsTheSettingsBack) {
     EXPECT_EQ("\b \b\b \b\b \bq\n\rTV $q\n\r", m_console.ReadRest());
     EXPECT_EQ(0, m_console.Wait());
     constexpr tcflag_t kCooked = ICANON | ECHO;
-    EXPECT_EQ(kCooked, Settings(m_console).c_lflag & kCooked);
+    EXPECT_EQ(kCooked, Settings().c_lflag & kCooked);
 }
 
 TEST(InterruptTest, TheKeyEndsTheConsoleAtEveryStage) {
     const std::string rule(27, '=');
-    struct {
-        std::vector<std::string> service;
-        std::string keys;
-        std::string seen;
-    } const stages[] = {
-        {{}, "", ""},
-        {{}, "half a li", "half a li"},
-        {{"--delay", "100000"}, "aud\ndec\n", "dec\n\r"},
+    // The service's options, the keys, and what is to be seen before the interrupt.
+    const std::string stages[][3] = {
+        {"", "", ""},
+        {"", "half a li", "half a li"},
+        {"--delay 100000", "aud\ndec\n", "dec\n\r"},
         // Replies that nobody reads.
-        {{"--records", "1000"}, "aud\ndec\ndec\ndec\ndec\ndec\ndec\ndec\ndec\n", rule},
+        {"--records 1000", "aud\ndec\ndec\ndec\ndec\ndec\ndec\ndec\ndec\n", rule},
     };
-    for (const auto& stage : stages) {
+    for (const auto& [options, keys, seen] : stages) {
         const ExampleRoot root;
-        const Service service(stage.service);
-        Child console("ko_cmd_debug", {}, Child::Io::kTerminal);
+        const Service service(options);
+        Child console(kConsole, Child::Io::kTerminal);
         console.ReadUntil("TV $");
-        console.Type(stage.keys);
-        console.ReadUntil(stage.seen);
+        console.Type(keys);
+        console.ReadUntil(seen);
         console.Type("\x03");
         const int status = console.Wait();
-        EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) << stage.keys;
+        EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) << keys;
     }
 }
 
@@ -91,13 +88,13 @@ TEST_F(TerminalTest, NoResumeIsLostUnderLoad) {
         } else {
             kill(m_console.Pid(), SIGTSTP);
         }
-        while (!m_console.WaitChange(WUNTRACED, 2000) && repeated < 10) {
+        while (!WIFSTOPPED(m_console.Wait(WUNTRACED, 2000)) && repeated < 10) {
             ++repeated;
             kill(m_console.Pid(), SIGTSTP);
         }
         EXPECT_LT(repeated, 10) << i;
         EXPECT_EQ(0, kill(m_console.Pid(), SIGCONT));
-        EXPECT_TRUE(m_console.WaitChange(WCONTINUED, kPatienceMs)) << i;
+        EXPECT_TRUE(WIFCONTINUED(m_console.Wait(WCONTINUED))) << i;
         // A console that was stopped again answers no key.
         m_console.Type("x\b");
         m_console.ReadUntil("x\b \b");
@@ -106,7 +103,7 @@ TEST_F(TerminalTest, NoResumeIsLostUnderLoad) {
     for (std::thread& thread : load) {
         thread.join();
     }
-    EXPECT_FALSE(m_console.WaitChange(WUNTRACED, 100)) << "stopped again after the last resume";
+    EXPECT_EQ(-1, m_console.Wait(WUNTRACED, 100)) << "stopped again after the last resume";
     m_console.Type("aud\n");
     m_console.ReadUntil("audio@TV $");
     std::printf("%d suspends, %d asked for twice\n", KO_SUSPENDS, repeated);

@@ -124,9 +124,8 @@ CatalogueText ReadCatalogue(const std::string& file, const std::string& body) {
         }
         for (auto finding = parts.begin() + 1; finding != parts.end(); ++finding) {
             const std::size_t words = finding->find(' ') + 1;
-            text.findings.push_back("./" + file + ":" + std::to_string(place) + ": " +
-                                    finding->substr(0, words) + "..." + finding->substr(words) +
-                                    "...");
+            text.findings += "./" + file + ":" + std::to_string(place) + ": " +
+                             finding->substr(0, words) + "..." + finding->substr(words) + "...\n";
         }
     }
     for (const std::string& row : rows) {

@@ -27,6 +27,6 @@ void ExpectRows(const std::string& expected, const std::string& printed, const s
 //                            of the row before it, and behind a block of its last changed row
 struct CatalogueText {
     std::string rows;
-    Words findings;
+    std::string findings;
 };
 CatalogueText ReadCatalogue(const std::string& file, const std::string& body);

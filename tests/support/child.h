@@ -2,24 +2,22 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "platform/unique_fd.h"
 
 constexpr int kPatienceMs = 60'000;  // more than a healthy machine needs for anything
 
-// One program of the build, or of the machine by its path, run in the working directory as a
-// process of its own. Waiting for something that does not come fails the test after kPatienceMs.
-// Killed at the end, with all that it started, when still running.
+// A shell that carries out a script in the working directory, as a process of its own; "exec" makes
+// it the program. Waiting for output that does not come fails the test after kPatienceMs. Killed at
+// the end, with all that it started, when still running.
 class Child {
 public:
     enum class Io {
-        kPipes,      // standard output only; standard error is the test's own
-        kErrorFile,  // as kPipes, with standard error in the file "stderr" of the working directory
-        kTerminal,   // a pseudo-terminal of its own that passes output through as it is
+        kPipes,     // standard input and output; standard error is the test's own
+        kTerminal,  // a pseudo-terminal of its own that passes output through as it is
     };
 
-    Child(const std::string& program, const std::vector<std::string>& arguments, Io io);
+    explicit Child(const std::string& script, Io io = Io::kPipes);
     ~Child();
     Child(const Child&) = delete;
     Child& operator=(const Child&) = delete;
@@ -38,31 +36,27 @@ public:
     // Reads to the end of the output and returns what was not yet taken.
     std::string ReadRest();
 
-    // Waits for the end; the status as waitpid gives it. What does not end is killed.
-    int Wait();
-
-    // Waits until the process stops (or, with WCONTINUED, goes on). False when it ended or `ms`
-    // passed.
-    bool WaitChange(int option, int ms) const;
+    // Waits for the end or, with WUNTRACED or WCONTINUED, for a stop or for going on. The status as
+    // waitpid gives it; -1, which says neither, when `ms` passed.
+    int Wait(int option = 0, int ms = kPatienceMs) const;
 
     pid_t Pid() const { return m_pid; }
     int Terminal() const { return m_output.Get(); }
 
 private:
-    bool ReadSome();
-    bool ReadMore();
-    void Kill() const;
-    pid_t WaitStatus(int options, int ms, int& status) const;
+    ssize_t ReadSome(int ms);
 
     pid_t m_pid = -1;
-    bool m_running = true;
     UniqueFd m_input;
     UniqueFd m_output;
     std::string m_pending;
 };
 
+// The script that is the console.
+constexpr char kConsole[] = "exec " KO_EMULATOR " '" KO_BIN_DIR "/ko_cmd_debug'";
+
 // The stand-in service, ready to answer.
 class Service : public Child {
 public:
-    explicit Service(const std::vector<std::string>& arguments = {});
+    explicit Service(const std::string& options = {});
 };

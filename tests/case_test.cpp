@@ -66,8 +66,8 @@ std::string PlayedRow(const TableRow& row, const std::string& request, std::stri
     return Expand(row.left) + " =>" + (outcome.empty() ? "" : " " + outcome) + "\n";
 }
 
-// Each file of tests/cases is played on a television of its own. A row "--- TITLE" begins a
-// section:
+// Each file of tests/cases is played on a television of its own. A row that begins with "//" is a
+// comment, a row "--- TITLE" begins a section:
 //   install PATH         puts a catalogue file of the source tree, or a folder's two, in place
 //   service OPTIONS      starts the stand-in service; "stop" ends it
 //   reply LENGTH BYTES REMARK  answers a request of the next program with the bytes, as a reply of
@@ -258,7 +258,8 @@ class CaseTest : public testing::TestWithParam<fs::path> {};
 
 TEST_P(CaseTest, HappensAsWritten) {
     Case played;
-    std::string text = "\n" + ReadFile(GetParam());
+    static const std::regex kComment("\n//[^\n]*");
+    std::string text = std::regex_replace("\n" + ReadFile(GetParam()), kComment, "");
     text.pop_back();
     for (const std::string& section : Split(text, "\n--- ")) {
         const std::size_t end = section.find('\n');

@@ -21,7 +21,7 @@ struct EditorRun {
 };
 
 // Runs the line editor over the keys, to their end.
-EditorRun RunEditor(std::string_view keys, const std::vector<WordGroup>& groups);
+EditorRun RunEditor(std::string keys, const std::vector<WordGroup>& groups);
 
 // Works out the same from the rules, with plain strings and indexes.
 EditorRun RunModel(std::string_view keys, const std::vector<WordGroup>& groups);

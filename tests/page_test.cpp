@@ -25,7 +25,9 @@ protected:
 
 }  // namespace
 
-TEST_F(PageTest, TheGuardNestsAndLetsItsSignalThrough) {
+TEST_F(PageTest, TheGuardNestsUnblocksItsSignalAndPassesOthersOn) {
+    static volatile std::sig_atomic_t passedOn = 0;
+    std::signal(SIGBUS, [](int) { passedOn = 1; });
     sigset_t bus;
     sigemptyset(&bus);
     sigaddset(&bus, SIGBUS);
@@ -39,10 +41,12 @@ TEST_F(PageTest, TheGuardNestsAndLetsItsSignalThrough) {
         read();
         wentOn = false;
     }));
-    EXPECT_TRUE(wentOn);
+    EXPECT_TRUE(wentOn && passedOn == 0);
     sigset_t now;
     pthread_sigmask(SIG_UNBLOCK, &bus, &now);
     EXPECT_EQ(1, sigismember(&now, SIGBUS));
+    std::raise(SIGBUS);
+    EXPECT_EQ(1, passedOn);
 }
 
 TEST_F(PageTest, WithoutLocksEveryTurnIsGrantedAndTheLogSaysSoOnce) {

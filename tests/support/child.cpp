@@ -10,6 +10,7 @@
 #include <chrono>
 #include <csignal>
 #include <thread>
+#include <utility>
 
 #include <gtest/gtest.h>
 

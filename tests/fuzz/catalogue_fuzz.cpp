@@ -15,9 +15,8 @@ namespace {
 
 using Rows = std::set<std::string>;  // titles, and "key=value" with decimal numbers
 
-std::string Trim(std::string text) {
-    text.erase(text.find_last_not_of(" \t\v\f\r") + 1);
-    return text.erase(0, text.find_first_not_of(" \t\v\f\r"));
+std::string Trim(const std::string& text) {
+    return std::string(TrimConfigText(text));
 }
 
 // A person takes no shortened key for one.
@@ -63,6 +62,16 @@ void AskCommand(const KoFileParse& c, int module, const std::string& word, Rows&
                 "instruction=" + std::to_string(c.GetCmdInstruct(module, word))});
 }
 
+void AskUnknown(const KoFileParse& c) {
+    const std::string none = "\n";
+    Require((c.GetModInstruct(none) & c.GetCmdInstruct(1, none)) == -1, "no number");
+    Require((c.GetModToCmd(none) + c.GetModDescrip(none) + c.GetCmdParaFmt(1, none) +
+             c.GetCmdPrintFmt(1, none) + c.GetCmdDescrip(1, none))
+                    .empty() &&
+                c.GetCmdPrintTags(1, none).size() == 0,
+            "no text");
+}
+
 }  // namespace
 
 // Parts: modules file, commands file.
@@ -70,6 +79,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static const MemoryFile files[2];
     const auto parts = SplitInput(data, size, 2);
     KoFileParse c;
+    Require((c.ParseModulePtr(nullptr) & c.ParseCmdPtr(nullptr)) == -1, "no reader, no rows");
     auto read = &KoFileParse::ParseModulePtr;
     for (const std::size_t i : {0U, 1U}) {
         files[i].Write(parts[i]);
@@ -78,6 +88,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Require((c.*read)(&reader) == 0, "every file is read to its end");
         read = &KoFileParse::ParseCmdPtr;
     }
+    AskUnknown(c);
     Rows modules;
     Rows commands;
     for (const std::string& name : c.GetModNames()) {

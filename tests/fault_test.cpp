@@ -48,32 +48,6 @@ constexpr char kFailed[] = "call failed\n";
 
 }  // namespace
 
-TEST(ServiceFaultTest, AServiceThatDiesAndComesBackAnswersWhole) {
-    const ExampleRoot root;
-    PlayedPage dying;
-    Console console;
-    console.Type("setvol 0 35\n");
-    EXPECT_NE("", dying.TakeRequest(console));
-    dying.Die();
-    {
-        const Service back("--accept-old");
-        EXPECT_EQ(kVolume35, console.Answer("setvol 0 35"));
-    }
-    console.Type("mute 1\n");
-    while (PageRows().compare(0, 2, "01") != 0) {
-    }
-    // What the dead service wrote over the request leaves it without meaning.
-    dying.Scribble("UUUUUU");
-    {
-        const Service back;
-        EXPECT_EQ("request failure! ret:0xfffffffd\ncall failed\n", console.Answer("mute 1"));
-        EXPECT_EQ(kVolume35, console.Command("setvol 0 35"));
-    }
-    console.Type("setvol 0 35\n");
-    const Service afterwards("--accept-old");
-    EXPECT_EQ(kVolume35, console.Answer("setvol 0 35"));
-}
-
 // The rows of the protocol's table, in its order.
 TEST(PageFaultTest, AConsoleUsesWhatTheKernelStillMaps) {
     const ExampleRoot root;

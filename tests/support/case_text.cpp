@@ -101,13 +101,11 @@ Words Split(const std::string& text, std::string_view separator) {
 
 void ExpectRows(const std::string& expected, const std::string& printed, const std::string& what) {
     const Words patterns = Split(expected, "\n");
-    auto next = patterns.begin();
+    const Words rows = Split(printed, "\n");
     std::string seen;
-    for (const std::string& row : Split(printed, "\n")) {
-        const auto found =
-            std::find_if(next, patterns.end(), [&row](const auto& p) { return Matches(row, p); });
-        seen += (found != patterns.end() ? *found : row) + "\n";
-        next = found != patterns.end() ? found + 1 : next;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        seen +=
+            (i < patterns.size() && Matches(rows[i], patterns[i]) ? patterns[i] : rows[i]) + "\n";
     }
     EXPECT_EQ(expected + "\n", seen) << what;
 }

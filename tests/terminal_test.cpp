@@ -1,10 +1,9 @@
 #include <sys/wait.h>
 #include <termios.h>
 
-#include <atomic>
 #include <csignal>
 #include <cstdio>
-#include <thread>
+#include <memory>
 
 #include <gtest/gtest.h>
 
@@ -73,14 +72,8 @@ TEST(InterruptTest, TheKeyEndsTheConsoleAtEveryStage) {
 // engineer would; a resume is never given twice.
 TEST_F(TerminalTest, NoResumeIsLostUnderLoad) {
     m_console.ReadUntil("TV $");
-    std::atomic<bool> stop{false};
-    std::vector<std::thread> load(std::thread::hardware_concurrency());
-    for (std::thread& thread : load) {
-        thread = std::thread([&stop] {
-            while (!stop) {
-            }
-        });
-    }
+    auto load =
+        std::make_unique<Child>("for i in $(seq $(nproc)); do while :; do :; done & done; wait");
     int repeated = 0;
     for (int i = 0; i < KO_SUSPENDS && !HasFailure(); ++i) {
         if (i == 0) {
@@ -99,10 +92,7 @@ TEST_F(TerminalTest, NoResumeIsLostUnderLoad) {
         m_console.Type("x\b");
         m_console.ReadUntil("x\b \b");
     }
-    stop = true;
-    for (std::thread& thread : load) {
-        thread.join();
-    }
+    load.reset();
     EXPECT_EQ(-1, m_console.Wait(WUNTRACED, 100)) << "stopped again after the last resume";
     m_console.Type("aud\n");
     m_console.ReadUntil("audio@TV $");

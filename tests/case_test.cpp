@@ -85,24 +85,146 @@ std::string PlayedRow(const TableRow& row, const std::string& request, std::stri
 //                        each; without a service or a reply each is answered with status 0
 //   tool WORDS           a table of words behind these, and the exit status and output of the tool
 //   check                runs the check over mods.conf and cmds.conf, which hold its findings
-// A title with a dot is a file to write. Words, keys, tables, outputs and files may have the marks
-// of Expand, outputs "..." for any text in a row, and catalogue files those of ReadCatalogue.
+// A title with a dot is a file to write; commands without modules get the module "m". Words, keys,
+// tables, outputs and files may have the marks of Expand, outputs "..." for any text in a row, and
+// catalogue files those of ReadCatalogue.
 class Case {
 public:
-    void Play(const std::string& title, const std::string& body);
+    void Play(const std::string& title, const std::string& body) {
+        const std::string kind = title.substr(0, title.find(' '));
+        const std::string rest = title.substr(std::min(kind.size() + 1, title.size()));
+        const std::map<std::string, std::function<void()>> sections = {
+            {"", [] {}},
+            {"install", [&] { TestRoot::Install(rest); }},
+            {"stop", [&] { m_service.reset(); }},
+            {"service", [&] { Serve(rest); }},
+            {"reply", [&] { AddReply(SplitWords(rest)); }},
+            {"keys", [&] { m_printed = Run("exec $KO", Expand(body)); }},
+            {"shell", [&] { m_printed = Run(body); }},
+            {"output",
+             [&] {
+                 const std::string exit =
+                     m_exit == 0 ? "" : "exit " + std::to_string(m_exit) + "\n";
+                 ExpectRows(Expand(body), m_printed + exit, title);
+             }},
+            {"$", [&] { ExpectRows(body, RunTool(rest), title); }},
+            {"logd", [&] { m_log.emplace(); }},
+            {"log", [&] { ExpectRows(body, m_log->TakeRows(), title); }},
+            {"typed", [&] { PlayTyped(rest, body); }},
+            {"tool", [&] { PlayTool(rest, body); }},
+            {"check", [&] { Check(); }},
+        };
+        if (kind.find('.') != std::string::npos) {
+            Write(title, body);
+        } else if (sections.count(kind) == 1) {
+            sections.at(kind)();
+        } else {
+            ADD_FAILURE() << "no section is called " << title;
+        }
+    }
 
 private:
-    std::string Run(const std::string& script, const std::string& input = {});
-    std::string RunTool(const std::string& words);
-    std::string Type(Child& console, const TableRow& row);
-    void Serve(const std::string& options);
-    void AddReply(const Words& reply);
+    std::string Run(const std::string& script, const std::string& input = {}) {
+        Child child(kPrograms + script);
+        child.Type(input);
+        child.CloseInput();
+        for (const Words& reply : std::exchange(m_replies, {})) {
+            EXPECT_NE("", m_page->TakeRequest(child)) << "for the reply " << reply.back();
+            m_page->Reply(reply[1], std::stoul(reply[0]));
+        }
+        std::string printed = child.ReadRest();
+        m_exit = WEXITSTATUS(child.Wait());
+        std::istringstream errors(ReadFile("stderr"));
+        for (std::string row; std::getline(errors, row);) {
+            printed += "! " + row + "\n";
+        }
+        return printed;
+    }
+
+    std::string RunTool(const std::string& words) {
+        std::string script = "exec $TOOL";
+        for (const std::string& word : SplitWords(words)) {
+            script += " '" + word + "'";
+        }
+        return Run(script);
+    }
+
+    // Types the row's line and plays the service, where there is none.
+    std::string Type(Child& console, const TableRow& row) {
+        console.Type(Expand(row.line) + "\n");
+        console.ReadUntil("\n\r");
+        const std::string request = m_service ? "" : m_page->TakeRequest(console, kPrompt);
+        if (!request.empty()) {
+            const Words reply = row.reply.empty() ? Words{"4", std::string(4, '\0')} : row.reply;
+            m_page->Reply(reply[1], std::stoul(reply[0]));
+        }
+        const std::string printed = console.ReadUntil(kPrompt);
+        return PlayedRow(row, request, printed.substr(0, printed.rfind('\n') + 1));
+    }
+
+    void Serve(const std::string& options) {
+        m_page.reset();
+        m_service.reset();
+        m_service = std::make_unique<Service>(options);
+    }
+
+    void AddReply(const Words& reply) {
+        m_page.emplace();
+        m_replies.push_back(reply);
+    }
+
     static void PlayTable(const std::string& title, const std::string& table,
-                          const std::function<std::string(const TableRow&)>& play);
-    void PlayTyped(const std::string& module, const std::string& table);
-    void PlayTool(const std::string& words, const std::string& table);
-    void Check();
-    void Write(const std::string& path, const std::string& body);
+                          const std::function<std::string(const TableRow&)>& play) {
+        std::istringstream rows(table);
+        std::string played;
+        const bool failed = testing::Test::HasFailure();
+        for (std::string row; std::getline(rows, row) && testing::Test::HasFailure() == failed;) {
+            played += play(TableRow(row));
+        }
+        ExpectRows(Expand(table), played, title);
+    }
+
+    void PlayTyped(const std::string& module, const std::string& table) {
+        m_page.reset();
+        if (!m_service) {
+            m_page.emplace();
+        }
+        Child console(kConsole);
+        console.ReadUntil(kPrompt);
+        Type(console, TableRow(module));
+        PlayTable(module, table, [&](const TableRow& row) { return Type(console, row); });
+    }
+
+    void PlayTool(const std::string& words, const std::string& table) {
+        PlayTable(words, table, [&](const TableRow& row) {
+            if (!row.reply.empty()) {
+                AddReply(row.reply);
+            }
+            const std::string printed = RunTool(words + " " + row.line);
+            return PlayedRow(row, "", std::to_string(m_exit) + "\n" + printed);
+        });
+    }
+
+    void Check() {
+        const std::string findings = m_findings["mods.conf"] + m_findings["cmds.conf"];
+        ExpectRows(findings + "... error..., ... warning...\n", RunTool("check --catalogue ."),
+                   "check");
+        EXPECT_EQ(findings.find(": error: ") != std::string::npos ? 1 : 0, m_exit);
+    }
+
+    void Write(const std::string& path, const std::string& body) {
+        if (fs::path(path).extension() != ".conf") {
+            m_root.Write(path, Expand(body));
+            return;
+        }
+        const std::string modules = fs::path(path).replace_filename("mods.conf");
+        if (modules != path && !fs::exists(modules)) {
+            Write(modules, "[m]+\n");
+        }
+        CatalogueText catalogue = ReadCatalogue(path, body);
+        m_root.Write(path, catalogue.rows);
+        m_findings[path] = std::move(catalogue.findings);
+    }
 
     TestRoot m_root;
     std::unique_ptr<Service> m_service;
@@ -113,136 +235,6 @@ private:
     std::string m_printed;
     int m_exit = 0;  // the last program's
 };
-
-std::string Case::Run(const std::string& script, const std::string& input) {
-    Child child(kPrograms + script);
-    child.Type(input);
-    child.CloseInput();
-    for (const Words& reply : std::exchange(m_replies, {})) {
-        EXPECT_NE("", m_page->TakeRequest(child)) << "for the reply " << reply.back();
-        m_page->Reply(reply[1], std::stoul(reply[0]));
-    }
-    std::string printed = child.ReadRest();
-    m_exit = WEXITSTATUS(child.Wait());
-    std::istringstream errors(ReadFile("stderr"));
-    for (std::string row; std::getline(errors, row);) {
-        printed += "! " + row + "\n";
-    }
-    return printed;
-}
-
-std::string Case::RunTool(const std::string& words) {
-    std::string script = "exec $TOOL";
-    for (const std::string& word : SplitWords(words)) {
-        script += " '" + word + "'";
-    }
-    return Run(script);
-}
-
-// Types the row's line and plays the service, where there is none.
-std::string Case::Type(Child& console, const TableRow& row) {
-    console.Type(Expand(row.line) + "\n");
-    console.ReadUntil("\n\r");
-    const std::string request = m_service ? "" : m_page->TakeRequest(console, kPrompt);
-    if (!request.empty()) {
-        const Words reply = row.reply.empty() ? Words{"4", std::string(4, '\0')} : row.reply;
-        m_page->Reply(reply[1], std::stoul(reply[0]));
-    }
-    const std::string printed = console.ReadUntil(kPrompt);
-    return PlayedRow(row, request, printed.substr(0, printed.rfind('\n') + 1));
-}
-
-void Case::Serve(const std::string& options) {
-    m_page.reset();
-    m_service.reset();
-    m_service = std::make_unique<Service>(options);
-}
-
-void Case::AddReply(const Words& reply) {
-    m_page.emplace();
-    m_replies.push_back(reply);
-}
-
-void Case::PlayTable(const std::string& title, const std::string& table,
-                     const std::function<std::string(const TableRow&)>& play) {
-    std::istringstream rows(table);
-    std::string played;
-    const bool failed = testing::Test::HasFailure();
-    for (std::string row; std::getline(rows, row) && testing::Test::HasFailure() == failed;) {
-        played += play(TableRow(row));
-    }
-    ExpectRows(Expand(table), played, title);
-}
-
-void Case::PlayTyped(const std::string& module, const std::string& table) {
-    m_page.reset();
-    if (!m_service) {
-        m_page.emplace();
-    }
-    Child console(kConsole);
-    console.ReadUntil(kPrompt);
-    Type(console, TableRow(module));
-    PlayTable(module, table, [&](const TableRow& row) { return Type(console, row); });
-}
-
-void Case::PlayTool(const std::string& words, const std::string& table) {
-    PlayTable(words, table, [&](const TableRow& row) {
-        if (!row.reply.empty()) {
-            AddReply(row.reply);
-        }
-        const std::string printed = RunTool(words + " " + row.line);
-        return PlayedRow(row, "", std::to_string(m_exit) + "\n" + printed);
-    });
-}
-
-void Case::Check() {
-    const std::string findings = m_findings["mods.conf"] + m_findings["cmds.conf"];
-    ExpectRows(findings + "... error..., ... warning...\n", RunTool("check --catalogue ."),
-               "check");
-    EXPECT_EQ(findings.find(": error: ") != std::string::npos ? 1 : 0, m_exit);
-}
-
-void Case::Write(const std::string& path, const std::string& body) {
-    if (fs::path(path).extension() != ".conf") {
-        m_root.Write(path, Expand(body));
-        return;
-    }
-    CatalogueText catalogue = ReadCatalogue(path, body);
-    m_root.Write(path, catalogue.rows);
-    m_findings[path] = std::move(catalogue.findings);
-}
-
-void Case::Play(const std::string& title, const std::string& body) {
-    const std::string kind = title.substr(0, title.find(' '));
-    const std::string rest = title.substr(std::min(kind.size() + 1, title.size()));
-    const std::map<std::string, std::function<void()>> sections = {
-        {"", [] {}},
-        {"install", [&] { TestRoot::Install(rest); }},
-        {"stop", [&] { m_service.reset(); }},
-        {"service", [&] { Serve(rest); }},
-        {"reply", [&] { AddReply(SplitWords(rest)); }},
-        {"keys", [&] { m_printed = Run("exec $KO", Expand(body)); }},
-        {"shell", [&] { m_printed = Run(body); }},
-        {"output",
-         [&] {
-             const std::string exit = m_exit == 0 ? "" : "exit " + std::to_string(m_exit) + "\n";
-             ExpectRows(Expand(body), m_printed + exit, title);
-         }},
-        {"$", [&] { ExpectRows(body, RunTool(rest), title); }},
-        {"logd", [&] { m_log.emplace(); }},
-        {"log", [&] { ExpectRows(body, m_log->TakeRows(), title); }},
-        {"typed", [&] { PlayTyped(rest, body); }},
-        {"tool", [&] { PlayTool(rest, body); }},
-        {"check", [&] { Check(); }},
-    };
-    if (kind.find('.') != std::string::npos) {
-        Write(title, body);
-    } else if (sections.count(kind) == 1) {
-        sections.at(kind)();
-    } else {
-        ADD_FAILURE() << "no section is called " << title;
-    }
-}
 
 std::vector<fs::path> CaseFiles() {
     std::vector<fs::path> files;

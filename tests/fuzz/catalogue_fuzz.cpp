@@ -65,11 +65,10 @@ void AskCommand(const KoFileParse& c, int module, const std::string& word, Rows&
 void AskUnknown(const KoFileParse& c) {
     const std::string none = "\n";
     Require((c.GetModInstruct(none) & c.GetCmdInstruct(1, none)) == -1, "no number");
-    Require((c.GetModToCmd(none) + c.GetModDescrip(none) + c.GetCmdParaFmt(1, none) +
-             c.GetCmdPrintFmt(1, none) + c.GetCmdDescrip(1, none))
-                    .empty() &&
-                c.GetCmdPrintTags(1, none).size() == 0,
-            "no text");
+    const std::string texts = c.GetModToCmd(none) + c.GetModDescrip(none) +
+                              c.GetCmdParaFmt(1, none) + c.GetCmdPrintFmt(1, none) +
+                              c.GetCmdDescrip(1, none);
+    Require(texts.empty() && c.GetCmdPrintTags(1, none).size() == 0, "no text");
 }
 
 }  // namespace

@@ -34,7 +34,8 @@ TEST_F(PageTest, TheGuardNestsUnblocksItsSignalAndPassesOthersOn) {
     pthread_sigmask(SIG_BLOCK, &bus, nullptr);
     ASSERT_EQ(0, truncate(kTestPage, 0));
     bool wentOn = false;
-    const auto read = [this] { static_cast<void>(LoadHeader(*m_page.Get())); };
+    volatile std::uint8_t flags = 0;
+    const auto read = [&] { flags = LoadHeader(*m_page.Get()).flags; };
     EXPECT_FALSE(GuardPageAccess([&] {
         const bool inner = GuardPageAccess(read);
         wentOn = !inner;

@@ -55,7 +55,7 @@ struct TableRow {
 // the arguments of what it posted.
 std::string PlayedRow(const TableRow& row, const std::string& request, std::string printed) {
     static const std::regex kRule("={27}\n");
-    constexpr std::size_t kArguments = 3 * (8 + 4);  // behind header and instruction
+    constexpr std::size_t kArguments = 36;  // characters, for header and instruction
     std::string outcome = request.size() > kArguments && row.reply.empty()
                               ? request.substr(kArguments)
                               : std::string();

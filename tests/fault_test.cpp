@@ -113,7 +113,7 @@ TEST(CatalogueFaultTest, AFileThatBreaksOffIsNoCatalogue) {
     const pid_t other = fork();
     if (other == 0) {
         for (int i = 0; i < 5000; ++i) {
-            mmap(nullptr, 1, PROT_READ, MAP_PRIVATE, mapped.Get(), 0);
+            static_cast<void>(mmap(nullptr, 1, PROT_READ, MAP_PRIVATE, mapped.Get(), 0));
         }
         raise(SIGSTOP);
     }

@@ -9,3 +9,6 @@ set(CMAKE_CXX_COMPILER ${KO_TRIPLET}-g++)
 set(CMAKE_CROSSCOMPILING_EMULATOR qemu-${CMAKE_SYSTEM_PROCESSOR})
 
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+
+# Pages of Android have 4 or 16 KB; the linker's 64 would only pad the file.
+set(CMAKE_EXE_LINKER_FLAGS_INIT -Wl,-z,max-page-size=16384)

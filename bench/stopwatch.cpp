@@ -180,7 +180,9 @@ int main(int argc, char** argv) {
     }
     std::vector<std::vector<long long>> values(lines.size());
     for (int round = std::stoi(argv[2]); round > 0; --round) {
-        for (std::size_t i = 0; i < lines.size(); ++i) {
+        // Each is the first in its turn: who comes behind a pause finds the processor asleep.
+        for (std::size_t turn = 0; turn < lines.size(); ++turn) {
+            const std::size_t i = (static_cast<std::size_t>(round) + turn) % lines.size();
             values[i].push_back(Measure(what, lines[i], *programs[i]));
         }
         if (what == "idle") {

@@ -12,10 +12,9 @@
 
 namespace {
 
-// A regular file, open for reading; -1 with errno set for anything else.
-UniqueFd OpenFile(const std::string& path) {
+// A regular file, open for reading, and its state; -1 with errno set for anything else.
+UniqueFd OpenFile(const std::string& path, struct stat& info) {
     UniqueFd fd(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    struct stat info = {};
     if (!fd.IsOpen() || fstat(fd.Get(), &info) != 0) {
         return UniqueFd();
     }
@@ -34,11 +33,15 @@ void KoFile::Init(const std::string& path, const std::string& mode) {
         m_status = EINVAL;
         return;
     }
-    m_fd = OpenFile(path);
+    struct stat info = {};
+    m_fd = OpenFile(path, info);
     if (!m_fd.IsOpen()) {
         m_status = errno;
         return;
     }
+    // A small file takes one read, and one more to find its end.
+    m_chunkSize =
+        static_cast<std::size_t>(std::clamp<off_t>(info.st_size, kLeastChunk, kLargestChunk));
     m_empty = !Fill();
 }
 
@@ -60,7 +63,6 @@ bool KoFile::Fill() {
     } while (got < 0 && errno == EINTR);
     m_status = got < 0 ? errno : 0;
     m_text.resize(used + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
-    m_chunkSize = std::min(2 * m_chunkSize, kLargestChunk);
     if (got <= 0) {
         m_fd = UniqueFd();
     }

@@ -36,8 +36,8 @@ public:
     std::size_t RowNumber() const { return m_rowNumber; }
 
 private:
-    static constexpr std::size_t kFirstChunk = std::size_t{4} * 1024;     // bytes
-    static constexpr std::size_t kLargestChunk = std::size_t{64} * 1024;  // bytes
+    static constexpr int kLeastChunk = 4 * 1024;     // bytes
+    static constexpr int kLargestChunk = 64 * 1024;  // bytes
     static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
     bool Fill();
@@ -46,7 +46,7 @@ private:
     UniqueFd m_fd;  // open until the end of the file
     std::string m_text;
     std::string m_row;  // the last row handed out
-    std::size_t m_chunkSize = kFirstChunk;
+    std::size_t m_chunkSize = kLeastChunk;
     std::size_t m_next = 0;           // where the next row starts in m_text
     std::size_t m_lastStart = kNone;  // where the last one starts
     std::size_t m_rowNumber = 0;

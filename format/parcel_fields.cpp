@@ -11,20 +11,15 @@ namespace {
 
 constexpr std::size_t kNumberText = 64;  // bytes; "%.17g" needs 24 at the most
 
-FieldValue ReadValue(const android::Parcel& parcel, char letter) {
-    switch (letter) {
-        case 'd':
-            return parcel.readInt32();
-        case 'D':
-            return parcel.readInt64();
-        case 'f':
-            return parcel.readFloat();
-        case 'F':
-            return parcel.readDouble();
-        default:
-            return parcel.readString16();
-    }
-}
+struct ReadFrom {
+    const android::Parcel& parcel;
+
+    void operator()(std::int32_t& value) const { value = parcel.readInt32(); }
+    void operator()(std::int64_t& value) const { value = parcel.readInt64(); }
+    void operator()(float& value) const { value = parcel.readFloat(); }
+    void operator()(double& value) const { value = parcel.readDouble(); }
+    void operator()(android::String16& value) const { value = parcel.readString16(); }
+};
 
 // Whether a read that moved so far found a whole value. A failed read leaves the position where it
 // was, that of a string perhaps behind the count; only the bytes tell a text without its zero unit
@@ -77,6 +72,21 @@ struct WriteTo {
 
 }  // namespace
 
+FieldValue ZeroOf(char letter) {
+    switch (letter) {
+        case 'd':
+            return std::int32_t{};
+        case 'D':
+            return std::int64_t{};
+        case 'f':
+            return float{};
+        case 'F':
+            return double{};
+        default:
+            return android::String16();
+    }
+}
+
 std::optional<std::vector<ParcelField>> ReadFields(const android::Parcel& parcel,
                                                    const std::string& format) {
     std::vector<ParcelField> fields;
@@ -88,7 +98,8 @@ std::optional<std::vector<ParcelField>> ReadFields(const android::Parcel& parcel
             continue;
         }
         const std::size_t before = parcel.dataAvail();
-        FieldValue value = ReadValue(parcel, letter);
+        FieldValue value = ZeroOf(letter);
+        std::visit(ReadFrom{parcel}, value);
         const std::size_t moved = before - parcel.dataAvail();
         const std::size_t offset = parcel.dataSize() - before;
         if (!WasRead(letter, parcel.data() + offset, moved)) {

@@ -21,6 +21,9 @@ struct ParcelField {
     FieldValue value;
 };
 
+// The zero, or empty text, of the letter's type. For every letter that has a value.
+FieldValue ZeroOf(char letter);
+
 // Reads one field for each letter from the parcel's position on; `S` has none. Nothing when a
 // letter is unknown or a value is missing, cut short, or not what its letter says.
 std::optional<std::vector<ParcelField>> ReadFields(const android::Parcel& parcel,

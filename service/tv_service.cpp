@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <list>
+#include <type_traits>
 #include <utility>
 
 #include "format/format_letters.h"
@@ -17,50 +18,35 @@ bool SameKind(char a, char b) {
            std::tolower(static_cast<unsigned char>(b));
 }
 
-struct WidestNumber {
-    double operator()(std::int32_t v) const { return v; }
-    double operator()(std::int64_t v) const { return static_cast<double>(v); }
-    double operator()(float v) const { return static_cast<double>(v); }
-    double operator()(double v) const { return v; }
-    double operator()(const android::String16&) const { return 0; }
+// Sets a value to another of its kind.
+struct ConvertFrom {
+    const FieldValue& from;
+
+    template <typename Number>
+    void operator()(Number& value) const {
+        std::visit(
+            [&value](const auto& number) {
+                if constexpr (std::is_arithmetic_v<std::decay_t<decltype(number)>>) {
+                    value = static_cast<Number>(number);
+                }
+            },
+            from);
+    }
+    void operator()(android::String16& value) const { value = std::get<android::String16>(from); }
 };
 
-std::int64_t Integer(const FieldValue& value) {
-    const auto* wide = std::get_if<std::int64_t>(&value);
-    return wide != nullptr ? *wide : std::get<std::int32_t>(value);
-}
+// Makes a value up; `number` counts from 1 through a reply.
+struct SampleOf {
+    int number;
 
-// The argument in the type of the letter, which is of its kind.
-FieldValue Converted(const FieldValue& value, char letter) {
-    switch (letter) {
-        case 'd':
-            return static_cast<std::int32_t>(Integer(value));
-        case 'D':
-            return Integer(value);
-        case 'f':
-            return static_cast<float>(std::visit(WidestNumber{}, value));
-        case 'F':
-            return std::visit(WidestNumber{}, value);
-        default:
-            return value;
+    void operator()(std::int32_t& value) const { value = number; }
+    void operator()(std::int64_t& value) const { value = number * std::int64_t{10'000'000'000}; }
+    void operator()(float& value) const { value = static_cast<float>(number) + 0.5F; }
+    void operator()(double& value) const { value = number + 0.25; }
+    void operator()(android::String16& value) const {
+        value = android::String16(("sample" + std::to_string(number)).c_str());
     }
-}
-
-// A made-up value; `number` counts from 1 through a reply.
-FieldValue Sample(char letter, int number) {
-    switch (letter) {
-        case 'd':
-            return std::int32_t{number};
-        case 'D':
-            return std::int64_t{number} * 10'000'000'000;
-        case 'f':
-            return static_cast<float>(number) + 0.5F;
-        case 'F':
-            return number + 0.25;
-        default:
-            return android::String16(("sample" + std::to_string(number)).c_str());
-    }
-}
+};
 
 // Deals the request's arguments out to the letters of a reply.
 class ReplyValues {
@@ -73,10 +59,12 @@ public:
         const auto found = std::find_if(m_unused.begin(), m_unused.end(), [letter](const auto& a) {
             return SameKind(a.letter, letter);
         });
+        FieldValue value = ZeroOf(letter);
         if (found == m_unused.end()) {
-            return Sample(letter, m_number);
+            std::visit(SampleOf{m_number}, value);
+            return value;
         }
-        FieldValue value = Converted(found->value, letter);
+        std::visit(ConvertFrom{found->value}, value);
         m_unused.erase(found);
         return value;
     }
@@ -90,8 +78,7 @@ private:
 std::string WriteRecord(android::Parcel& record, const std::string& format, ReplyValues& values) {
     std::string text;
     for (const char letter : format) {
-        const FormatLetter* row = FindFormatLetter(letter);
-        if (row != nullptr && row->leastSize != 0) {
+        if (FindFormatLetter(letter) != nullptr && !IsWithoutValue(letter)) {
             const FieldValue value = values.Next(letter);
             WriteField(record, value);
             text += " " + FieldText(value);

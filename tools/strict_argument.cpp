@@ -4,9 +4,11 @@
 #include <cstdint>
 #include <sstream>
 #include <type_traits>
+#include <variant>
 
 #include "format/argument_text.h"
 #include "format/format_letters.h"
+#include "format/parcel_fields.h"
 #include "format/utf8.h"
 
 namespace {
@@ -21,10 +23,9 @@ bool IsTooSmall(const std::string& word) {
 
 // Reads the word as the console's encoder does, from text that goes on with a blank.
 template <typename Number>
-std::string NumberFault(const std::string& word) {
+std::string NumberFault(Number number, const std::string& word) {
     std::istringstream text(word + " ");
     const bool hexadecimal = std::is_same_v<Number, std::int32_t> && SetInt32Base(text, word);
-    Number number{};
     if (!TakeValue(text, number)) {
         // A number out of range reads as the nearest limit.
         return number == Number{} ? kNoNumber : kOutOfRange;
@@ -33,6 +34,10 @@ std::string NumberFault(const std::string& word) {
         return kNoNumber;
     }
     return number == Number{} && !hexadecimal && IsTooSmall(word) ? kOutOfRange : "";
+}
+
+std::string NumberFault(const android::String16&, const std::string&) {
+    return "";
 }
 
 std::string TextFault(const std::string& word) {
@@ -58,16 +63,6 @@ std::string ArgumentFault(char letter, const std::string& word) {
     if (!textFault.empty()) {
         return textFault;
     }
-    switch (letter) {
-        case 'd':
-            return NumberFault<std::int32_t>(word);
-        case 'D':
-            return NumberFault<std::int64_t>(word);
-        case 'f':
-            return NumberFault<float>(word);
-        case 'F':
-            return NumberFault<double>(word);
-        default:
-            return "";
-    }
+    return std::visit([&word](const auto& zero) { return NumberFault(zero, word); },
+                      ZeroOf(letter));
 }

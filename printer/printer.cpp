@@ -84,7 +84,7 @@ bool Printer::FmtRecord(const std::string& format, const Array<std::string>& tag
                 std::puts("invalid fmt info!");
                 return false;
         }
-        cut = cut || (format[i] != 'S' && m_parcel.dataAvail() == before);
+        cut = cut || (!IsWithoutValue(format[i]) && m_parcel.dataAvail() == before);
     }
     return true;
 }

@@ -1,12 +1,14 @@
 #include <gtest/gtest.h>
 
 #include "common/ko_mw_array.h"
-#include "tests/support/recording_log.h"
+#include "tests/support/log_daemon.h"
+#include "tests/support/test_root.h"
 
 TEST(ArrayTest, ReadsOutsideGiveTheLastOrAnEmptyElementAndAreLogged) {
     Array<std::string> array;
     const Array<std::string>& readOnly = array;
-    g_logEntries.clear();
+    const TestRoot root;
+    const LogDaemon log;
     array[0] = "lost";
     EXPECT_EQ("", array[3]);
     EXPECT_EQ("", readOnly[0]);
@@ -15,11 +17,10 @@ TEST(ArrayTest, ReadsOutsideGiveTheLastOrAnEmptyElementAndAreLogged) {
     for (const unsigned int index : {1U, 2U, 0xFFFFFFFFU}) {
         EXPECT_EQ("b", readOnly[index]);
     }
-    const std::string prefix = "5 KoMW_Ko_cmd_pri operator[]:";
-    const std::vector<std::string> expected = {
-        prefix +
-            "132 ko_mw_array: remove pos:0, m_list size is 0, operator fail, return null value",
-        prefix + "136 ko_mw_array: index:2, arry max size:2",
-        prefix + "136 ko_mw_array: index:-1, arry max size:2"};
-    EXPECT_EQ(expected, g_logEntries);
+    EXPECT_EQ(
+        "5 KoMW_Ko_cmd_pri [operator[]:132] ko_mw_array: remove pos:0, m_list size is 0, operator "
+        "fail, return null value\n"
+        "5 KoMW_Ko_cmd_pri [operator[]:136] ko_mw_array: index:2, arry max size:2\n"
+        "5 KoMW_Ko_cmd_pri [operator[]:136] ko_mw_array: index:-1, arry max size:2\n",
+        log.TakeRows());
 }

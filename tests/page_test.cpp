@@ -2,6 +2,7 @@
 #include <sys/time.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 
 #include <gtest/gtest.h>
@@ -9,8 +10,8 @@
 #include "page/page_guard.h"
 #include "page/page_lock.h"
 #include "page/share_page_client.h"
+#include "tests/support/log_daemon.h"
 #include "tests/support/played_page.h"
-#include "tests/support/recording_log.h"
 #include "tests/support/test_root.h"
 
 // What replies become stands in cases/console/replies.case; here is what no console shows.
@@ -59,11 +60,12 @@ TEST_F(PageTest, TheGuardNestsUnblocksItsSignalAndPassesOthersOn) {
 TEST_F(PageTest, WithoutLocksEveryTurnIsGrantedAndTheLogSaysSoOnce) {
     // A descriptor that cannot write gets no exclusive lock.
     PageLock lock(UniqueFd(open(kTestPage, O_RDONLY | O_CLOEXEC)).Get());
-    g_logEntries.clear();
+    const LogDaemon log;
     EXPECT_TRUE(lock.Take());
     EXPECT_TRUE(lock.Take(std::chrono::steady_clock::now()));
-    ASSERT_EQ(1U, g_logEntries.size());
-    EXPECT_NE(std::string::npos, g_logEntries[0].find("cannot be locked")) << g_logEntries[0];
+    const std::string rows = log.TakeRows();
+    EXPECT_EQ(1, std::count(rows.begin(), rows.end(), '\n')) << rows;
+    EXPECT_NE(std::string::npos, rows.find("cannot be locked")) << rows;
 }
 
 // The reply is there already: only a wait that sleeps before its first look lasts until the alarm,

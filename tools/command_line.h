@@ -2,14 +2,18 @@
 
 #include <chrono>
 #include <cstddef>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <vector>
 
 constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
 
-// What stands behind the command's name.
+struct ToolCommand;
+
+// What stands behind the program's name.
 struct CommandLine {
+    const ToolCommand* command = nullptr;
     std::optional<std::string> catalogue;  // a folder; the console's own files without
     std::chrono::milliseconds timeout{5000};
     bool force = false;
@@ -20,16 +24,18 @@ struct CommandLine {
 // One command of the tool: feeds dispatch, help and the check of its command line.
 struct ToolCommand {
     const char* name;
-    const char* words;    // as the usage line shows them
-    const char* summary;  // one line
-    const char* details;  // further lines of its help
-    const char* options;  // the options it takes, by their letters in command_line.cpp
+    const char* words;     // as the usage line shows them
+    const char* summary;   // one line
+    const char* details;   // further lines of its help
+    const char* statuses;  // the digits of the exit statuses that it can end with
+    const char* options;   // the options it takes, by their letters in command_line.cpp
     std::size_t leastWords;
     std::size_t mostWords;
     int (*run)(const CommandLine& line);
 };
 
-// Reads the words behind the command's name; argv[0] stands for the program. Nothing when the
-// process is to end with `status` at once, after the command's help or a message.
-std::optional<CommandLine> ReadCommandLine(const ToolCommand& command, int argc, char** argv,
-                                           int& status);
+// Reads the words behind argv[0]: the command's name with options before and behind it,
+// then its words, at the first of which the options end. Nothing when the process is to end with
+// `status` at once, after help, the version or a message.
+std::optional<CommandLine> ReadCommandLine(std::initializer_list<ToolCommand> commands, int argc,
+                                           char** argv, int& status);

@@ -46,9 +46,14 @@ std::vector<Finding> CheckCatalogue(const CataloguePaths& paths) {
 }
 
 int RunCheck(const CommandLine& line) {
+    if (line.catalogue && !line.words.empty()) {
+        Complain("the folder is given twice");
+        return kExitUsage;
+    }
+    const auto folder = line.words.empty() ? line.catalogue : std::optional(line.words[0]);
     std::size_t errors = 0;
     std::size_t warnings = 0;
-    for (const Finding& finding : CheckCatalogue(FindCatalogue(line.catalogue))) {
+    for (const Finding& finding : CheckCatalogue(FindCatalogue(folder))) {
         PrintLine(FindingLine(finding));
         ++(finding.severity == Severity::kError ? errors : warnings);
     }

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+// The word that the text was probably meant to be: it differs in at most two letters, or goes on
+// where the text ends; of several the nearest, and of those the first. Case does not count. Empty
+// when none is near. Takes time for every word.
+std::string Nearest(std::string_view text, const std::vector<std::string>& words);
+
+// "; did you mean \"fan\"?", or nothing without a word.
+std::string DidYouMean(const std::string& word);

@@ -63,11 +63,7 @@ std::string JsonValue(const FieldValue& value) {
 }
 
 std::string JsonArray(const std::vector<std::string>& values) {
-    std::string json;
-    for (const std::string& value : values) {
-        json += (json.empty() ? "" : ",") + value;
-    }
-    return "[" + json + "]";
+    return "[" + Joined(values, ",") + "]";
 }
 
 void PrintJsonLine(const std::string& json) {

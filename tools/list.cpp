@@ -5,13 +5,13 @@
 #include <vector>
 
 #include "catalogue/ko_file_parse.h"
-#include "format/format_letters.h"
 #include "format/printable.h"
 #include "tools/catalogue_source.h"
 #include "tools/commands.h"
 #include "tools/exit_status.h"
 #include "tools/json.h"
 #include "tools/text.h"
+#include "tools/type_names.h"
 
 namespace {
 
@@ -28,25 +28,12 @@ struct ReplyValue {
     std::string type;
 };
 
-std::string TypeName(char letter) {
-    const FormatLetter* row = FindFormatLetter(letter);
-    return row != nullptr ? row->typeName : "unknown";
-}
-
-std::vector<std::string> ArgumentTypes(const CmdInfo& cmd) {
-    std::vector<std::string> types;
-    for (const char letter : cmd.m_strParaFmt) {
-        types.push_back(TypeName(letter));
-    }
-    return types;
-}
-
 std::vector<ReplyValue> ReplyValues(const CmdInfo& cmd) {
     std::vector<ReplyValue> values;
     auto tag = cmd.m_printTags.begin();
-    for (const char letter : cmd.m_strPrintFmt) {
+    for (const std::string& type : TypeNames(cmd.m_strPrintFmt)) {
         const bool labelled = tag != cmd.m_printTags.end();
-        values.push_back({labelled ? *tag++ : std::string(), TypeName(letter)});
+        values.push_back({labelled ? *tag++ : std::string(), type});
     }
     return values;
 }
@@ -66,14 +53,6 @@ std::vector<ListedModule> ListModules(const KoFileParse& catalogue) {
     return modules;
 }
 
-std::string Joined(const std::vector<std::string>& texts) {
-    std::string joined;
-    for (const std::string& text : texts) {
-        joined += (joined.empty() ? "" : ", ") + text;
-    }
-    return joined;
-}
-
 // "label type, ...", printable.
 std::string ReplyText(const CmdInfo& cmd) {
     std::vector<std::string> texts;
@@ -81,7 +60,7 @@ std::string ReplyText(const CmdInfo& cmd) {
         texts.push_back(value.label.empty() ? value.type
                                             : Printable(value.label) + " " + value.type);
     }
-    return Joined(texts);
+    return Joined(texts, ", ");
 }
 
 void PrintModules(const std::vector<ListedModule>& modules) {
@@ -92,7 +71,7 @@ void PrintModules(const std::vector<ListedModule>& modules) {
                     Printable(module.info->m_strDescrip).c_str());
         std::vector<std::vector<std::string>> rows;
         for (const CmdInfo* cmd : module.cmds) {
-            const std::string arguments = Joined(ArgumentTypes(*cmd));
+            const std::string arguments = Joined(TypeNames(cmd->m_strParaFmt), ", ");
             const std::string reply = ReplyText(*cmd);
             rows.push_back({Printable(cmd->m_strCmd), Hex(cmd->m_instruct),
                             arguments.empty() ? "-" : arguments, reply.empty() ? "-" : reply,
@@ -108,7 +87,7 @@ void PrintModules(const std::vector<ListedModule>& modules) {
 
 std::string CommandJson(const ModuleInfo& module, const CmdInfo& cmd) {
     std::vector<std::string> arguments;
-    for (const std::string& type : ArgumentTypes(cmd)) {
+    for (const std::string& type : TypeNames(cmd.m_strParaFmt)) {
         arguments.push_back(JsonString(type));
     }
     std::vector<std::string> reply;

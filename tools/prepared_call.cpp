@@ -9,9 +9,12 @@
 #include "console/ko_cmd_debug.h"
 #include "format/argument_text.h"
 #include "format/format_letters.h"
+#include "format/printable.h"
 #include "tools/catalogue_source.h"
+#include "tools/nearest.h"
 #include "tools/strict_argument.h"
 #include "tools/text.h"
+#include "tools/type_names.h"
 
 namespace {
 
@@ -24,19 +27,31 @@ std::string ModuleName(const KoFileParse& catalogue, const std::string& word) {
     return position ? catalogue.GetModNames()[*position] : word;
 }
 
+// What the word may have been meant for: of both, since either selects the module.
+std::string NearestModule(const KoFileParse& catalogue, const std::string& word) {
+    Words words;
+    for (const auto& [name, module] : catalogue.AllModules()) {
+        words.push_back(module.m_strCmd);
+        words.push_back(name);
+    }
+    return Nearest(word, words);
+}
+
 const CmdInfo* FindCommand(const KoFileParse& catalogue, const std::string& module,
                            const std::string& word) {
     const std::string name = ModuleName(catalogue, module);
     const auto found = catalogue.AllModules().find(name);
     if (found == catalogue.AllModules().end()) {
-        Complain("unknown module " + Quoted(module));
+        Complain("unknown module " + Quoted(module) + DidYouMean(NearestModule(catalogue, module)));
         return nullptr;
     }
     const auto number = static_cast<unsigned int>(found->second.m_instruct);
     const KoFileParse::CmdTable& table = catalogue.AllCmds().at(number);
     const auto cmd = table.find(word);
     if (cmd == table.end()) {
-        Complain("unknown command " + Quoted(word) + " of the module " + Quoted(name));
+        const auto words = catalogue.GetModHoldCmds(found->second.m_instruct);
+        Complain("unknown command " + Quoted(word) + " of the module " + Quoted(name) +
+                 DidYouMean(Nearest(word, {words.begin(), words.end()})));
         return nullptr;
     }
     return &cmd->second;
@@ -59,26 +74,43 @@ std::string Position(std::size_t index, char letter) {
            ")";
 }
 
-bool ArgumentsFit(const CmdInfo& cmd, const Words& words) {
-    const std::string letters = ArgumentLetters(cmd.m_strParaFmt);
+// A word that looks like an option behind the place where those end.
+std::string OptionHint(const std::string& word) {
+    return word.compare(0, 2, "--") == 0 ? "; options stand before MODULE" : "";
+}
+
+// Why the words are not the arguments; empty when they are.
+std::string ArgumentsFault(const std::string& letters, const Words& words) {
     for (std::size_t i = 0; i < std::min(letters.size(), words.size()); ++i) {
         const std::string fault = ArgumentFault(letters[i], words[i]);
         if (!fault.empty()) {
-            Complain(Position(i, letters[i]) + ": " + Quoted(words[i]) + " " + fault);
-            return false;
+            return Position(i, letters[i]) + ": " + Quoted(words[i]) + " " + fault +
+                   OptionHint(words[i]);
         }
     }
     if (words.size() < letters.size()) {
-        Complain(Position(words.size(), letters[words.size()]) + " is missing");
-        return false;
+        return Position(words.size(), letters[words.size()]) + " is missing";
     }
     if (words.size() > letters.size()) {
-        Complain("argument " + std::to_string(letters.size() + 1) + ": " +
-                 Quoted(words[letters.size()]) + " is left over: " + Quoted(cmd.m_strCmd) +
-                 " takes " + std::to_string(letters.size()));
-        return false;
+        const std::string& word = words[letters.size()];
+        return "argument " + std::to_string(letters.size() + 1) + ": " + Quoted(word) +
+               " is left over" + OptionHint(word);
     }
-    return true;
+    return "";
+}
+
+// False after a message and what the prompt shows then: the command, its arguments and description.
+bool ArgumentsFit(const CmdInfo& cmd, const Words& words) {
+    const std::string letters = ArgumentLetters(cmd.m_strParaFmt);
+    const std::string fault = ArgumentsFault(letters, words);
+    if (fault.empty()) {
+        return true;
+    }
+    Complain(fault);
+    Complain(Quoted(cmd.m_strCmd) + " takes " +
+             (letters.empty() ? "no argument" : Joined(TypeNames(letters), ", ")) + ": " +
+             Printable(cmd.m_strDescrip));
+    return false;
 }
 
 // The arguments as the prompt hands them to the encoder, but for the last blank.

@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "format/format_letters.h"
 #include "format/printable.h"
 #include "format/utf8.h"
 #include "printer/printer.h"
@@ -23,13 +24,14 @@ std::vector<std::string> ValueNames(const KoFileParse::KoCmdInfo& cmd) {
     for (std::size_t i = 0; i < cmd.m_strPrintFmt.size(); ++i) {
         const std::string label = tag != cmd.m_printTags.end() ? ValidUtf8(*tag++) : std::string();
         const std::string base = label.empty() ? "value" + std::to_string(i + 1) : label;
+        if (IsWithoutValue(cmd.m_strPrintFmt[i])) {
+            continue;
+        }
         std::string name = base;
-        for (int number = 2; cmd.m_strPrintFmt[i] != 'S' && !used.insert(name).second; ++number) {
+        for (int number = 2; !used.insert(name).second; ++number) {
             name = base + "_" + std::to_string(number);
         }
-        if (cmd.m_strPrintFmt[i] != 'S') {
-            names.push_back(name);
-        }
+        names.push_back(name);
     }
     return names;
 }

@@ -34,6 +34,14 @@ std::string Quoted(std::string_view text) {
     return '"' + Printable(text.substr(0, cut)) + "...\"";
 }
 
+std::string Joined(const std::vector<std::string>& texts, const char* separator) {
+    std::string joined;
+    for (const std::string& text : texts) {
+        joined += (&text == &texts.front() ? "" : separator) + text;
+    }
+    return joined;
+}
+
 std::string Hex(std::int32_t value) {
     char text[16];
     sprintf_s(text, sizeof(text), "0x%x", static_cast<std::uint32_t>(value));

@@ -8,6 +8,9 @@
 // The text of one row, printable, in double quotes and cut after 60 bytes.
 std::string Quoted(std::string_view text);
 
+// The texts with the separator between them.
+std::string Joined(const std::vector<std::string>& texts, const char* separator);
+
 // "0x101", of the 32 bits.
 std::string Hex(std::int32_t value);
 

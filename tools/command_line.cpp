@@ -30,6 +30,7 @@ constexpr ToolOption kToolOptions[] = {
     {'c', "catalogue", "DIR", "the folder of mods.conf and cmds.conf (the console's own)"},
     {'f', "force", nullptr, "post over an unanswered request; its answer may come instead"},
     {'j', "json", nullptr, "print JSON, one object a line"},
+    {'J', "json-strings", nullptr, "the same, with 64-bit integers as strings"},
     {'t', "timeout", "MS", "wait so long for the turn and the answer (5000)"},
     {kHelpLetter, "help", nullptr, "print the help of the command, or this"},
     {kVersionLetter, "version", nullptr, "print the version"},
@@ -147,7 +148,10 @@ bool TakeOption(int letter, const char* value, CommandLine& line) {
             line.force = true;
             return true;
         case 'j':
-            line.json = true;
+            line.json = JsonInt64::kNumber;
+            return true;
+        case 'J':
+            line.json = JsonInt64::kString;
             return true;
         case 't':
             if (ReadMilliseconds(value, line.timeout)) {

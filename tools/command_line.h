@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "tools/json.h"
+
 constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
 
 struct ToolCommand;
@@ -17,7 +19,7 @@ struct CommandLine {
     std::optional<std::string> catalogue;  // a folder; the console's own files without
     std::chrono::milliseconds timeout{5000};
     bool force = false;
-    bool json = false;
+    std::optional<JsonInt64> json;   // how to print JSON, where it is asked for
     std::vector<std::string> words;  // behind the options
 };
 

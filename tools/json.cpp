@@ -28,8 +28,12 @@ std::string JsonForTerminal(std::string_view json) {
 }
 
 struct JsonOf {
+    JsonInt64 int64;
+
     std::string operator()(std::int32_t value) const { return FieldText(value); }
-    std::string operator()(std::int64_t value) const { return FieldText(value); }
+    std::string operator()(std::int64_t value) const {
+        return int64 == JsonInt64::kString ? JsonString(FieldText(value)) : FieldText(value);
+    }
     std::string operator()(float value) const {
         return std::isfinite(value) ? FieldText(value) : "null";
     }
@@ -58,8 +62,8 @@ std::string JsonString(std::string_view text) {
     return json + '"';
 }
 
-std::string JsonValue(const FieldValue& value) {
-    return std::visit(JsonOf{}, value);
+std::string JsonValue(const FieldValue& value, JsonInt64 int64) {
+    return std::visit(JsonOf{int64}, value);
 }
 
 std::string JsonArray(const std::vector<std::string>& values) {

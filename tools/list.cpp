@@ -100,8 +100,9 @@ std::string CommandJson(const ModuleInfo& module, const CmdInfo& cmd) {
     JsonObject object;
     object.Add("module", JsonString(module.m_strName));
     object.Add("word", JsonString(module.m_strCmd));
+    object.Add("module_instruction", JsonString(Hex(module.m_instruct)));
     object.Add("command", JsonString(cmd.m_strCmd));
-    object.Add("instruction", std::to_string(cmd.m_instruct));
+    object.Add("instruction", JsonString(Hex(cmd.m_instruct)));
     object.Add("arguments", JsonArray(arguments));
     object.Add("reply", JsonArray(reply));
     object.Add("description", JsonString(cmd.m_strDescrip));

@@ -21,7 +21,7 @@ constexpr std::initializer_list<ToolCommand> kCommands = {
      "bytes, type and value of each field, then the page's header.\n",
      "0123", "c", 2, kAnyNumber, RunEncode},
     {"call", kExchangeWords, "Sends one command to the service and prints the reply.",
-     "\nMODULE is a module's selecting word or its name.\n", "01234567", "cjtf", 2, kAnyNumber,
+     "\nMODULE is a module's selecting word or its name.\n", "01234567", "cjJtf", 2, kAnyNumber,
      RunCall},
 };
 

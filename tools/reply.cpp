@@ -86,13 +86,13 @@ bool ReadRecords(const android::Parcel& reply, const std::string& format,
 }
 
 std::vector<std::string> RecordsJson(const KoFileParse::KoCmdInfo& cmd,
-                                     const std::vector<ReplyRecord>& records) {
+                                     const std::vector<ReplyRecord>& records, JsonInt64 int64) {
     const std::vector<std::string> names = ValueNames(cmd);
     std::vector<std::string> lines;
     for (const ReplyRecord& record : records) {
         JsonObject object;
         for (std::size_t i = 0; i < record.size(); ++i) {
-            object.Add(names[i], JsonValue(record[i].value));
+            object.Add(names[i], JsonValue(record[i].value, int64));
         }
         lines.push_back(object.Text());
     }
@@ -114,7 +114,8 @@ void PrintLabelled(const KoFileParse::KoCmdInfo& cmd, const android::Parcel& rep
     printer.Flush();
 }
 
-int PrintReply(const KoFileParse::KoCmdInfo& cmd, const android::Parcel& reply, bool json) {
+int PrintReply(const KoFileParse::KoCmdInfo& cmd, const android::Parcel& reply,
+               std::optional<JsonInt64> json) {
     const std::string bytes = HexBytes(reply.data(), reply.dataSize());
     if (reply.dataAvail() < sizeof(std::int32_t)) {
         Complain("the reply is too short for a status: " + bytes);
@@ -133,7 +134,7 @@ int PrintReply(const KoFileParse::KoCmdInfo& cmd, const android::Parcel& reply, 
         return kExitPage;
     }
     if (json) {
-        for (const std::string& line : RecordsJson(cmd, records)) {
+        for (const std::string& line : RecordsJson(cmd, records, *json)) {
             PrintJsonLine(line);
         }
         return kExitDone;

@@ -40,7 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!ReadRecords(reply, cmd.m_strPrintFmt, records)) {
         return 0;
     }
-    const auto lines = RecordsJson(cmd, records);
+    const auto lines = RecordsJson(cmd, records, JsonInt64::kString);
     for (std::size_t i = 0; i < lines.size(); ++i) {
         const auto json = nlohmann::json::parse(lines[i], nullptr, false);
         Require(json.is_object() && json.size() == records[i].size(), "an object of the values");

@@ -123,7 +123,7 @@ const ToolCommand* FindCommand(Commands commands, const std::string& name) {
         }
         names.emplace_back(command.name);
     }
-    Complain(Quoted(name) + " is no command" + DidYouMean(Nearest(name, names)));
+    ComplainUnknown(Quoted(name) + " is no command", name, names);
     return nullptr;
 }
 
@@ -134,9 +134,8 @@ void ComplainAboutOption(const ToolCommand* command, const std::string& word) {
             names.push_back(std::string("--") + option.name);
         }
     }
-    Complain(Quoted(word) + " is no option" +
-             (command != nullptr ? " of " + Quoted(command->name) : "") +
-             DidYouMean(Nearest(word, names)));
+    const std::string of = command != nullptr ? " of " + Quoted(command->name) : "";
+    ComplainUnknown(Quoted(word) + " is no option" + of, word, names);
 }
 
 bool TakeOption(int letter, const char* value, CommandLine& line) {

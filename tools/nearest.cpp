@@ -50,6 +50,12 @@ std::string Nearest(std::string_view text, const std::vector<std::string>& words
     return first([&](std::string_view word) { return Begins(text, word); });
 }
 
-std::string DidYouMean(const std::string& word) {
-    return word.empty() ? "" : "; did you mean " + Quoted(word) + "?";
+std::string DidYouMean(const std::string& word, const std::string& otherwise) {
+    return word.empty() ? otherwise : "did you mean " + Quoted(word) + "?";
+}
+
+void ComplainUnknown(const std::string& message, std::string_view text,
+                     const std::vector<std::string>& words) {
+    const std::string hint = DidYouMean(Nearest(text, words), "");
+    Complain(message + (hint.empty() ? "" : "; ") + hint);
 }

@@ -9,5 +9,9 @@
 // when none is near. Takes time for every word.
 std::string Nearest(std::string_view text, const std::vector<std::string>& words);
 
-// "; did you mean \"fan\"?", or nothing without a word.
-std::string DidYouMean(const std::string& word);
+// "did you mean \"fan\"?"; `otherwise` where the word is empty.
+std::string DidYouMean(const std::string& word, const std::string& otherwise);
+
+// Prints the message as Complain does, and behind it the word that is nearest to the text, if any.
+void ComplainUnknown(const std::string& message, std::string_view text,
+                     const std::vector<std::string>& words);

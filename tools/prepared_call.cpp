@@ -27,14 +27,14 @@ std::string ModuleName(const KoFileParse& catalogue, const std::string& word) {
     return position ? catalogue.GetModNames()[*position] : word;
 }
 
-// What the word may have been meant for: of both, since either selects the module.
-std::string NearestModule(const KoFileParse& catalogue, const std::string& word) {
+// What may name a module.
+Words ModuleWords(const KoFileParse& catalogue) {
     Words words;
     for (const auto& [name, module] : catalogue.AllModules()) {
         words.push_back(module.m_strCmd);
         words.push_back(name);
     }
-    return Nearest(word, words);
+    return words;
 }
 
 const CmdInfo* FindCommand(const KoFileParse& catalogue, const std::string& module,
@@ -42,7 +42,7 @@ const CmdInfo* FindCommand(const KoFileParse& catalogue, const std::string& modu
     const std::string name = ModuleName(catalogue, module);
     const auto found = catalogue.AllModules().find(name);
     if (found == catalogue.AllModules().end()) {
-        Complain("unknown module " + Quoted(module) + DidYouMean(NearestModule(catalogue, module)));
+        ComplainUnknown("unknown module " + Quoted(module), module, ModuleWords(catalogue));
         return nullptr;
     }
     const auto number = static_cast<unsigned int>(found->second.m_instruct);
@@ -50,8 +50,8 @@ const CmdInfo* FindCommand(const KoFileParse& catalogue, const std::string& modu
     const auto cmd = table.find(word);
     if (cmd == table.end()) {
         const auto words = catalogue.GetModHoldCmds(found->second.m_instruct);
-        Complain("unknown command " + Quoted(word) + " of the module " + Quoted(name) +
-                 DidYouMean(Nearest(word, {words.begin(), words.end()})));
+        ComplainUnknown("unknown command " + Quoted(word) + " of the module " + Quoted(name), word,
+                        {words.begin(), words.end()});
         return nullptr;
     }
     return &cmd->second;

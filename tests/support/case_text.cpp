@@ -36,7 +36,7 @@ std::size_t Append(Words& rows, const std::string& row, bool isCommand) {
     }
     const std::size_t title = rows.size() + 1;
     Words block = {row.substr(0, end + 1), "command = " + row.substr(1, end - 1),
-                   "instruction = " + std::to_string(title), "description = text"};
+                   "instruction = 0x" + std::to_string(title), "description = text"};
     if (isCommand) {
         block.insert(block.end() - 1, {"belong module = m", "para format = d", "print format = d",
                                        "print tags = n"});

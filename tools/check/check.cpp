@@ -11,12 +11,17 @@ namespace {
 template <typename Block>
 bool CheckFile(const CheckedFile<Block>& file, FindingList& findings) {
     if (file.result.fault != LoadFault::kNone) {
-        findings.Error(1, "the console goes without any module: " + FaultText(file.result));
+        findings.Error(1, "the console goes without any module: " + FaultText(file.result),
+                       "it needs both files");
         return false;
     }
-    CheckRows(file.head, findings);
+    std::vector<std::string> keys;
+    for (const auto& field : KeysOf<decltype(Block::record)>()) {
+        keys.emplace_back(field.key.word);
+    }
+    CheckRows(file.head, keys, findings);
     for (const Block& block : file.blocks) {
-        CheckRows(block, findings);
+        CheckRows(block, keys, findings);
         CheckValues(block, findings);
     }
     return true;
@@ -37,6 +42,7 @@ std::vector<Finding> CheckCatalogue(const CataloguePaths& paths) {
     const bool commands = CheckFile(checked.commands, commandFindings);
     if (modules && commands) {
         CheckFates(checked, moduleFindings, commandFindings);
+        CheckNumbers(checked, moduleFindings, commandFindings);
     }
     std::vector<Finding> findings = moduleFindings.Take();
     for (Finding& finding : commandFindings.Take()) {

@@ -13,13 +13,34 @@ std::vector<Finding> CheckCatalogue(const CataloguePaths& paths);
 
 // The parts of the check. Each adds its findings about one file, or about both.
 
-// rows.cpp: what is no row of a block, over a limit, given twice, or cut.
-void CheckRows(const std::vector<KeyRow>& head, FindingList& findings);
-void CheckRows(const CatalogueBlock& block, FindingList& findings);
+// rows.cpp: what is no row of a block, over a limit, given twice, or cut. `keys` are those of the
+// file.
+void CheckRows(const std::vector<KeyRow>& head, const std::vector<std::string>& keys,
+               FindingList& findings);
+void CheckRows(const CatalogueBlock& block, const std::vector<std::string>& keys,
+               FindingList& findings);
+
+// The name of the block that a row, which is no title, was meant to open; empty when it has no
+// bracket at either end.
+std::string_view TitleMeant(std::string_view row);
 
 // values.cpp: the values of a block by themselves.
 void CheckValues(const ModuleBlock& block, FindingList& findings);
 void CheckValues(const CmdBlock& block, FindingList& findings);
+
+// numbers.cpp: the instructions, by themselves and beside each other.
+void CheckNumber(const ModuleBlock& block, FindingList& findings);
+void CheckNumber(const CmdBlock& block, FindingList& findings);
+void CheckNumbers(const CheckedCatalogue& checked, FindingList& moduleFindings,
+                  FindingList& commandFindings);
+
+// formats.cpp: the formats of a command and the labels.
+void CheckFormats(const CmdBlock& block, FindingList& findings);
+
+// text.cpp: the bytes of a row that the console takes, and of a text that it prints.
+void CheckBytes(const FileRow& row, FindingList& findings);
+void CheckShown(std::size_t line, const std::string& what, const std::string& text,
+                FindingList& findings);
 
 // fates.cpp: what became of the blocks when the console filed them, and what they are to each
 // other.

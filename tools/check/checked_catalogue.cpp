@@ -70,7 +70,15 @@ const KeyRow* CatalogueBlock::Find(const ConfigKey& key) const {
     return found != keys.rend() ? &*found : nullptr;
 }
 
-bool CatalogueBlock::Lost(const ConfigKey& key) const {
+bool CatalogueBlock::IsGiven(const ConfigKey& key) const {
+    const KeyRow* row = Find(key);
+    return row != nullptr && row->Parts().ValueFits();
+}
+
+bool CatalogueBlock::IsLost(const ConfigKey& key) const {
+    if (Find(key) != nullptr) {
+        return !IsGiven(key);
+    }
     return std::any_of(strays.begin(), strays.end(),
                        [&](const KeyRow& stray) { return stray.word == key.word; });
 }

@@ -36,8 +36,12 @@ struct CatalogueBlock {
     // The row that gives the key its value, the last one; null when there is none.
     const KeyRow* Find(const ConfigKey& key) const;
 
-    // True when the key stands behind the row that ended the block.
-    bool Lost(const ConfigKey& key) const;
+    // True when the key is given with a value within its limit.
+    bool IsGiven(const ConfigKey& key) const;
+
+    // True when the key is there, but over its limit or behind the row that ended the block:
+    // rows.cpp reports that, and what follows from it is no mistake of its own.
+    bool IsLost(const ConfigKey& key) const;
 
     // The line of the key, or of the title when there is none.
     std::size_t LineOf(const ConfigKey& key) const;

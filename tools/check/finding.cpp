@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <utility>
 
-void FindingList::Error(std::size_t line, std::string text) {
-    m_findings.push_back({m_file, line, Severity::kError, std::move(text)});
+void FindingList::Error(std::size_t line, const std::string& fault, const std::string& remedy) {
+    m_findings.push_back({m_file, line, Severity::kError, fault + "; " + remedy});
 }
 
-void FindingList::Warning(std::size_t line, std::string text) {
-    m_findings.push_back({m_file, line, Severity::kWarning, std::move(text)});
+void FindingList::Warning(std::size_t line, const std::string& fault, const std::string& remedy) {
+    m_findings.push_back({m_file, line, Severity::kWarning, fault + "; " + remedy});
 }
 
 std::string FindingList::Place(std::size_t line) const {

@@ -19,9 +19,10 @@ class FindingList {
 public:
     explicit FindingList(std::string file) : m_file(std::move(file)) {}
 
-    // Each adds a finding about the line, whose text takes no line end.
-    void Error(std::size_t line, std::string text);
-    void Warning(std::size_t line, std::string text);
+    // Each adds a finding about the line: what is wrong, and what to do about it. Neither text
+    // takes a line end.
+    void Error(std::size_t line, const std::string& fault, const std::string& remedy);
+    void Warning(std::size_t line, const std::string& fault, const std::string& remedy);
 
     // "mods.conf:3"; how a finding names another place.
     std::string Place(std::size_t line) const;

@@ -1,9 +1,12 @@
 #include <map>
 
 #include "tools/check/check.h"
+#include "tools/nearest.h"
 #include "tools/text.h"
 
 namespace {
+
+using Words = std::vector<std::string>;
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::size_t kValueLimit = kConfigTextSize - 2;  // the "=" counts with the value
@@ -13,107 +16,158 @@ std::string LimitText(const char* what, std::size_t size, std::size_t limit) {
            std::to_string(limit);
 }
 
-bool IsBlankRow(const FileRow& row) {
-    return TrimConfigText(row.text).empty();
+bool IsMarked(std::string_view row) {
+    return row.substr(0, kByteOrderMark.size()) == kByteOrderMark;
 }
 
-// What a row is that the console does not take.
-std::string NameStray(const KeyRow& stray) {
+std::string_view WithoutMark(std::string_view row) {
+    return TrimConfigText(IsMarked(row) ? row.substr(kByteOrderMark.size()) : row);
+}
+
+bool IsComment(std::string_view row) {
+    const std::string_view text = WithoutMark(row);
+    return !text.empty() && (text.front() == '#' || text.front() == ';');
+}
+
+// True for a row that may stand outside the blocks.
+bool IsIdle(const FileRow& row) {
+    return WithoutMark(row.text).empty() || IsComment(row.text);
+}
+
+// A row that the console does not take: what it is, and what to do about it.
+struct Description {
+    std::string what;
+    std::string remedy;
+};
+
+Description DescribeUnknownKey(std::string_view key, const Words& keys) {
+    return {"no key of this file",
+            DidYouMean(Nearest(key, keys), "the keys are: " + Joined(keys, ", "))};
+}
+
+Description DescribeUnknown(const std::string& row) {
+    const std::string name(TitleMeant(row));
+    return {"neither a title nor a key", name.empty()
+                                             ? "remove it, or write a key, \"=\" and a value"
+                                             : "write " + Quoted("[" + name + "]")};
+}
+
+Description Describe(const KeyRow& stray, const Words& keys) {
     const std::string& row = stray.row.text;
     const RowParts parts = stray.Parts();
     if (row.size() >= kConfigTextSize && IsInBrackets(row)) {
-        return LimitText("a title row", row.size(), kConfigTextSize - 1);
+        return {LimitText("a title row", row.size(), kConfigTextSize - 1), "shorten it"};
+    }
+    if (IsComment(row)) {
+        return {"a comment, which no block can hold", "put it above the title"};
+    }
+    if (IsMarked(row)) {
+        return {"a row behind a byte order mark", "save the file as UTF-8 without the mark"};
     }
     if (parts.HasKey() && !parts.KeyFits()) {
-        return LimitText("a key", parts.keyLength, kConfigTextSize - 1);
+        return {LimitText("a key", parts.keyLength, kConfigTextSize - 1), "shorten it"};
     }
-    if (row.compare(0, kByteOrderMark.size(), kByteOrderMark) == 0) {
-        return "a row behind a byte order mark";
-    }
-    const std::string_view text = TrimConfigText(row);
-    if (text.empty()) {
-        return "a row of blanks";
-    }
-    if (text.front() == '#' || text.front() == ';') {
-        return "a comment, which the file cannot hold";
+    if (TrimConfigText(row).empty()) {
+        return {"a row of blanks", "leave the row empty"};
     }
     if (!stray.word.empty()) {
-        return "a key";
+        return {"a key", "write a title above it"};
     }
-    return parts.HasKey() ? "no key of this file" : "neither a title nor a key";
+    return parts.HasKey() ? DescribeUnknownKey(parts.key, keys) : DescribeUnknown(row);
 }
 
-void ReportOutside(const KeyRow& stray, FindingList& findings) {
-    if (!IsBlankRow(stray.row)) {
-        findings.Error(stray.row.line, Quoted(stray.row.text) + " is " + NameStray(stray) +
-                                           ", outside any block: ignored");
-    }
-}
+// Rows that the console passes over together: the first one, and the keys behind it.
+struct StrayGroup {
+    const KeyRow* first;
+    Words lost;
+};
 
-// The keys that the end of the block takes along.
-std::string LostKeys(const CatalogueBlock& block) {
-    std::string keys;
-    for (const KeyRow& stray : block.strays) {
-        if (!stray.word.empty()) {
-            keys += (keys.empty() ? "" : ", ") + Quoted(stray.word) + " (line " +
-                    std::to_string(stray.row.line) + ")";
+// `endsBlock`: the first row ended a block, whatever it is.
+std::vector<StrayGroup> GroupStrays(const std::vector<KeyRow>& strays, bool endsBlock) {
+    std::vector<StrayGroup> groups;
+    for (const KeyRow& stray : strays) {
+        const bool isKey = !stray.word.empty();
+        const bool begins =
+            groups.empty() ? endsBlock || !IsIdle(stray.row) : !isKey && !IsIdle(stray.row);
+        if (begins) {
+            groups.push_back({&stray, {}});
+        } else if (isKey) {
+            groups.back().lost.push_back(Quoted(stray.word) + " (line " +
+                                         std::to_string(stray.row.line) + ")");
         }
     }
-    return keys;
+    return groups;
 }
 
-// The first row behind the block ended it; the keys behind it belong to its finding.
-void ReportEarlyEnd(const CatalogueBlock& block, FindingList& findings) {
-    const KeyRow& end = block.strays.front();
-    const std::string lost = LostKeys(block);
-    if (!IsBlankRow(end.row) || !lost.empty()) {
-        findings.Error(end.row.line, Quoted(end.row.text) + " is " + NameStray(end) +
-                                         ": it ends the block " +
-                                         Quoted(TitleName(block.title.text)) +
-                                         (lost.empty() ? "" : "; ignored behind it: " + lost));
+// `place` says where the row stands.
+void ReportGroup(const StrayGroup& group, const std::string& place, const Words& keys,
+                 FindingList& findings) {
+    if (group.lost.empty() && IsIdle(group.first->row)) {
+        return;
     }
-    for (std::size_t i = 1; i < block.strays.size(); ++i) {
-        if (block.strays[i].word.empty()) {
-            ReportOutside(block.strays[i], findings);
+    const FileRow& row = group.first->row;
+    const Description description = Describe(*group.first, keys);
+    const std::string lost =
+        group.lost.empty() ? "" : "; lost behind it: " + Joined(group.lost, ", ");
+    findings.Error(row.line, Quoted(row.text) + " is " + description.what + place + lost,
+                   description.remedy);
+}
+
+// The console prints a line for a row so long, whatever the row is.
+void ReportLongRow(const FileRow& row, FindingList& findings) {
+    if (row.text.size() >= kConfigTextSize) {
+        findings.Warning(row.line,
+                         Quoted(row.text) + " has " + std::to_string(row.text.size()) +
+                             " bytes: the console prints a message about it at every start",
+                         "keep it below " + std::to_string(kConfigTextSize));
+    }
+}
+
+void CheckStrays(const std::vector<KeyRow>& strays, const CatalogueBlock* ended, const Words& keys,
+                 FindingList& findings) {
+    for (const KeyRow& stray : strays) {
+        if (IsComment(stray.row.text)) {
+            ReportLongRow(stray.row, findings);
         }
     }
-}
-
-// Bytes at which the console, or whoever reads the file, sees the end of a row that goes on.
-void ReportHiddenEnd(const FileRow& row, FindingList& findings) {
-    if (row.text.find('\0') != std::string::npos) {
-        findings.Error(row.line, Quoted(row.text) + " is cut at its NUL byte");
-    }
-    if (TrimConfigText(row.text).find('\r') != std::string::npos) {
-        findings.Error(row.line, Quoted(row.text) +
-                                     " holds a carriage return, which is no line end by itself");
+    std::string place =
+        ended != nullptr ? ": it ends the block " + Quoted(TitleName(ended->title.text)) : "";
+    for (const StrayGroup& group : GroupStrays(strays, ended != nullptr)) {
+        ReportGroup(group, place.empty() ? ", outside any block: ignored" : place, keys, findings);
+        place.clear();
     }
 }
 
 void ReportShortened(const KeyRow& key, FindingList& findings) {
     const std::string_view given = key.Parts().key;
     if (given.size() < key.word.size()) {
-        findings.Warning(key.row.line, "the key " + Quoted(given) + " is taken for " +
-                                           Quoted(key.word) + ", which it begins");
+        findings.Warning(
+            key.row.line,
+            "the key " + Quoted(given) + " is taken for " + Quoted(key.word) + ", which it begins",
+            "write it in full");
     }
 }
 
 void CheckKeys(const CatalogueBlock& block, FindingList& findings) {
     std::map<std::string_view, const KeyRow*> seen;
     for (const KeyRow& key : block.keys) {
-        ReportHiddenEnd(key.row, findings);
+        CheckBytes(key.row, findings);
         ReportShortened(key, findings);
-        if (!key.Parts().ValueFits()) {
+        if (key.Parts().ValueFits()) {
+            ReportLongRow(key.row, findings);
+        } else {
             const std::size_t size = key.Parts().valueLength - 1;
-            findings.Error(key.row.line, Quoted(key.row.text) + " has " +
-                                             LimitText("a value", size, kValueLimit) +
-                                             ": an empty one is taken");
+            findings.Error(key.row.line,
+                           Quoted(key.row.text) + " has " +
+                               LimitText("a value", size, kValueLimit) + ": an empty one is taken",
+                           "shorten it; blanks count");
         }
         const KeyRow*& earlier = seen[key.word];
         if (earlier != nullptr) {
             findings.Error(key.row.line,
                            Quoted(key.word) + " is given twice: " + Quoted(earlier->Value()) +
-                               " at " + findings.Place(earlier->row.line) + " is lost");
+                               " at " + findings.Place(earlier->row.line) + " is lost",
+                           "keep one of them");
         }
         earlier = &key;
     }
@@ -121,16 +175,22 @@ void CheckKeys(const CatalogueBlock& block, FindingList& findings) {
 
 }  // namespace
 
-void CheckRows(const std::vector<KeyRow>& head, FindingList& findings) {
-    for (const KeyRow& stray : head) {
-        ReportOutside(stray, findings);
-    }
+void CheckRows(const std::vector<KeyRow>& head, const Words& keys, FindingList& findings) {
+    CheckStrays(head, nullptr, keys, findings);
 }
 
-void CheckRows(const CatalogueBlock& block, FindingList& findings) {
-    ReportHiddenEnd(block.title, findings);
+void CheckRows(const CatalogueBlock& block, const Words& keys, FindingList& findings) {
+    CheckBytes(block.title, findings);
     CheckKeys(block, findings);
-    if (!block.strays.empty()) {
-        ReportEarlyEnd(block, findings);
+    CheckStrays(block.strays, &block, keys, findings);
+}
+
+std::string_view TitleMeant(std::string_view row) {
+    const std::string_view text = WithoutMark(row);
+    if (text.empty() || (text.front() != '[' && text.back() != ']')) {
+        return {};
     }
+    const std::string_view name = text.substr(text.front() == '[' ? 1 : 0);
+    const std::size_t open = name.find('[') + 1;
+    return TrimConfigText(name.substr(open, name.find(']', open) - open));
 }

@@ -1,0 +1,134 @@
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <set>
+
+#include "format/argument_text.h"
+#include "format/format_letters.h"
+#include "page/share_page.h"
+#include "tools/check/check.h"
+#include "tools/strict_argument.h"
+#include "tools/text.h"
+
+namespace {
+
+constexpr std::size_t LargestValue() {
+    std::size_t largest = 0;
+    for (const FormatLetter& row : kFormatLetters) {
+        largest = std::max(largest, row.leastSize);
+    }
+    return largest;
+}
+
+static_assert(sizeof(std::int32_t) + kConfigTextSize * LargestValue() <= kDataCapacity,
+              "the shortest record of every print format fits the page behind the status");
+
+// "d int32, ...".
+std::string LettersText() {
+    std::vector<std::string> letters;
+    for (const FormatLetter& row : kFormatLetters) {
+        letters.push_back(row.letter + std::string(" ") + row.typeName);
+    }
+    return Joined(letters, ", ");
+}
+
+void CheckLetters(const CmdBlock& block, const ConfigKey& key, const std::string& format,
+                  FindingList& findings) {
+    std::string unknown;
+    std::copy_if(format.begin(), format.end(), std::back_inserter(unknown),
+                 [](char letter) { return FindFormatLetter(letter) == nullptr; });
+    const std::size_t line = block.LineOf(key);
+    const std::string what = "the " + std::string(key.word) + " " + Quoted(format);
+    if (!unknown.empty()) {
+        findings.Error(line, what + " has unknown letters: " + Quoted(unknown),
+                       "write one letter for each value and nothing between: " + LettersText());
+    }
+    if (std::any_of(format.begin(), format.end(), IsWithoutValue)) {
+        findings.Warning(line, what + " has the letter \"S\", which carries no value", "use \"s\"");
+    }
+}
+
+// The labels and letters of a format that has both.
+void CheckCount(std::size_t line, std::size_t tags, std::size_t letters, FindingList& findings) {
+    if (tags == letters) {
+        return;
+    }
+    findings.Warning(line,
+                     "the print tags are " + std::to_string(tags) +
+                         ", the letters of the print format " + std::to_string(letters) +
+                         (tags < letters ? ": values without a tag are taken for the next record's"
+                                         : ": the last tags are never printed"),
+                     "write one tag for each letter");
+}
+
+void CheckLabels(std::size_t line, const Array<std::string>& labels, FindingList& findings) {
+    std::set<std::string_view> seen;
+    std::set<std::string_view> repeated;
+    std::vector<std::string> padded;
+    for (const std::string& label : labels) {
+        CheckShown(line, "print tag", label, findings);
+        if (TrimConfigText(label) != label) {
+            padded.push_back(Quoted(label));
+        }
+        if (!label.empty() && !seen.insert(label).second) {
+            repeated.insert(label);
+        }
+    }
+    if (!padded.empty()) {
+        findings.Warning(line, "blanks belong to the print tags " + Joined(padded, ", "),
+                         "write no blank beside a comma");
+    }
+    for (const std::string_view label : repeated) {
+        findings.Warning(line, "the print tag " + Quoted(label) + " stands for several values",
+                         "give each a tag of its own");
+    }
+}
+
+void CheckTags(const CmdBlock& block, FindingList& findings) {
+    if (block.IsLost(kPrintFmtKey) || block.IsLost(kPrintTagsKey)) {
+        return;
+    }
+    const std::string& format = block.record.m_strPrintFmt;
+    const KeyRow* row = block.Find(kPrintTagsKey);
+    if (row == nullptr && !format.empty()) {
+        findings.Warning(block.LineOf(kPrintFmtKey),
+                         "the print format " + Quoted(format) +
+                             " has no print tags: nothing of a reply is printed",
+                         "write one tag for each letter");
+    }
+    if (row == nullptr) {
+        return;
+    }
+    const std::size_t line = row->row.line;
+    CheckLabels(line, block.record.m_printTags, findings);
+    if (format.empty()) {
+        findings.Warning(line,
+                         "the print tags " + Quoted(row->Value()) +
+                             " have no print format: nothing of a reply is printed",
+                         "write one letter for each tag");
+        return;
+    }
+    CheckCount(line, block.record.m_printTags.size(), format.size(), findings);
+}
+
+// Each argument takes a character of its own and the blank before it.
+void CheckArgumentText(const CmdBlock& block, FindingList& findings) {
+    const std::size_t arguments = ArgumentLetters(block.record.m_strParaFmt).size();
+    const std::size_t most = kArgumentTextLimit / 2;
+    if (arguments > most) {
+        findings.Warning(block.LineOf(kParaFormatKey),
+                         "the " + std::to_string(arguments) +
+                             " arguments of the para format cannot fit the " +
+                             std::to_string(kArgumentTextLimit) + " characters of argument text",
+                         "take " + std::to_string(most) + " at most");
+    }
+}
+
+}  // namespace
+
+void CheckFormats(const CmdBlock& block, FindingList& findings) {
+    CheckLetters(block, kParaFormatKey, block.record.m_strParaFmt, findings);
+    CheckLetters(block, kPrintFmtKey, block.record.m_strPrintFmt, findings);
+    CheckTags(block, findings);
+    CheckArgumentText(block, findings);
+}

@@ -40,7 +40,7 @@ std::list<std::string> Prepare(const char* page, char** files) {
         }
     }
     const int descriptor = open(page, O_RDWR | O_CREAT | O_CLOEXEC, 0660);
-    mmap(nullptr, 4096, PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
+    static_cast<void>(mmap(nullptr, 4096, PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0));
     std::thread(SleepOn).detach();
     return rows;
 }

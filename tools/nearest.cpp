@@ -9,6 +9,7 @@ namespace {
 
 constexpr std::size_t kMostEdits = 2;
 constexpr std::size_t kLeastBeginning = 3;  // bytes
+constexpr std::size_t kMostText = 64;       // bytes; longer ones are no typing mistake
 
 bool SameLetter(char a, char b) {
     return std::tolower(static_cast<unsigned char>(a)) ==
@@ -36,6 +37,9 @@ bool Begins(std::string_view text, std::string_view word) {
 }  // namespace
 
 std::string Nearest(std::string_view text, const std::vector<std::string>& words) {
+    if (text.size() > kMostText) {
+        return "";
+    }
     const auto first = [&](const auto& fits) {
         const auto found = std::find_if(words.begin(), words.end(), fits);
         return found != words.end() ? *found : std::string();

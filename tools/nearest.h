@@ -6,7 +6,7 @@
 
 // The word that the text was probably meant to be: it differs in at most two letters, or goes on
 // where the text ends; of several the nearest, and of those the first. Case does not count. Empty
-// when none is near. Takes time for every word.
+// when none is near or the text is over 64 bytes. Takes time for every word.
 std::string Nearest(std::string_view text, const std::vector<std::string>& words);
 
 // "did you mean \"fan\"?"; `otherwise` where the word is empty.

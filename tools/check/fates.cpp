@@ -145,7 +145,7 @@ void FateCheck::NoteLostTitles(const std::vector<KeyRow>& strays) {
 
 // What to write instead of the name that no module has.
 std::string FateCheck::NameRemedy(const std::string& name) {
-    constexpr std::size_t kMostSearches = 16;  // each looks at every module
+    constexpr std::size_t kMostSearches = 8;  // each looks at every module
     const std::string otherwise = "write the title of a module";
     const auto selected = m_selected.find(name);
     if (selected != m_selected.end()) {

@@ -10,7 +10,7 @@ namespace {
 
 using Fate = KoFileParse::Fate;
 
-constexpr char kRangeRemedy[] = "write 0x0 to 0x7fffffff";
+constexpr char kRangeRemedy[] = "write 0x0 to 0x7fffffff and nothing else";
 constexpr char kSharingRemedy[] = "give each a number of its own";
 
 bool IsDigit(char byte) {

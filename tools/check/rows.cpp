@@ -187,7 +187,7 @@ void CheckRows(const CatalogueBlock& block, const Words& keys, FindingList& find
 
 std::string_view TitleMeant(std::string_view row) {
     const std::string_view text = WithoutMark(row);
-    if (text.empty() || (text.front() != '[' && text.back() != ']')) {
+    if (text.empty() || IsComment(text) || (text.front() != '[' && text.back() != ']')) {
         return {};
     }
     const std::string_view name = text.substr(text.front() == '[' ? 1 : 0);

@@ -66,6 +66,11 @@ TEST(DocumentTest, TheSessionInTheReadmeIsARealOne) {
     EXPECT_EQ(session, output.substr(output.find("TV $")));
 }
 
+TEST(DocumentTest, ThePictureIsTheSession) {
+    EXPECT_EQ(Child("'" KO_SOURCE_DIR "/script/draw-session'").ReadRest(),
+              ReadFile(SourcePath("docs/session.svg")));
+}
+
 TEST(DocumentTest, TheBytesOfTheProtocolAreTheRealOnes) {
     const std::string examples[][3] = {{"aud", "setvol", " 0 35"}, {"pic", "setmode", " movie"}};
     for (const auto& [module, command, arguments] : examples) {
@@ -84,9 +89,7 @@ TEST(DocumentTest, TheBytesOfTheProtocolAreTheRealOnes) {
 TEST(DocumentTest, TheCommandsShownAreReal) {
     const ExampleRoot root;
     root.Write("lamp/mods.conf", Blocks("docs/catalogue.md", "conf lamp/mods.conf").at(0));
-    root.Write("lamp/cmds.conf",
-               "[backlight]\ncommand = set\nbelong module = lamp\n# 0 to 100\n"
-               "instruction = 0x901\npara format = d\ndescription = set it\n");
+    std::filesystem::create_directory_symlink(SourcePath("examples"), "examples");
     auto service = std::make_unique<Service>();
     for (const std::string& block : Blocks("README.md", "console")) {
         ExpectReal(block);

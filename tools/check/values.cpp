@@ -78,7 +78,6 @@ void CheckValues(const ModuleBlock& block, FindingList& findings) {
             "no \"belong module\" can name " + Quoted(name) + ", whose blanks belong to the name",
             "remove them");
     }
-    CheckShown(block.title.line, "name", name, findings);
     CheckWord(block, false, findings);
     CheckNumber(block, findings);
     CheckDescription(block, findings);

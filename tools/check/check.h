@@ -20,8 +20,8 @@ void CheckRows(const std::vector<KeyRow>& head, const std::vector<std::string>& 
 void CheckRows(const CatalogueBlock& block, const std::vector<std::string>& keys,
                FindingList& findings);
 
-// The name of the block that a row, which is no title, was meant to open; empty when it is a comment
-// or has no bracket at either end.
+// The name of the block that a row, which is no title, was meant to open; empty when it is a
+// comment or has no bracket at either end.
 std::string_view TitleMeant(std::string_view row);
 
 // values.cpp: the values of a block by themselves.

@@ -58,6 +58,14 @@ struct TextOf {
     }
 };
 
+struct NumberOf {
+    template <typename Number>
+    double operator()(Number value) const {
+        return static_cast<double>(value);
+    }
+    double operator()(const android::String16&) const { return 0; }
+};
+
 struct WriteTo {
     android::Parcel& parcel;
 
@@ -116,4 +124,8 @@ android::status_t WriteField(android::Parcel& parcel, const FieldValue& value) {
 
 std::string FieldText(const FieldValue& value) {
     return std::visit(TextOf{}, value);
+}
+
+double FieldNumber(const FieldValue& value) {
+    return std::visit(NumberOf{}, value);
 }

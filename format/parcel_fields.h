@@ -34,3 +34,6 @@ android::status_t WriteField(android::Parcel& parcel, const FieldValue& value);
 
 // The value as people read it: decimal numbers that read back to the same value, text as it is.
 std::string FieldText(const FieldValue& value);
+
+// The number nearest to the value; 0 for a text.
+double FieldNumber(const FieldValue& value);

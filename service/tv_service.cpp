@@ -4,7 +4,6 @@
 #include <cctype>
 #include <list>
 #include <type_traits>
-#include <utility>
 
 #include "format/format_letters.h"
 #include "page/share_page.h"
@@ -126,54 +125,28 @@ TvService::Answer StatusAnswer(std::int32_t instruct, const std::string& what,
 
 }  // namespace
 
-TvService::TvService(const KoFileParse& catalogue, Options options) : m_options(options) {
-    for (const auto& [module, table] : catalogue.AllCmds()) {
-        for (const auto& [word, cmd] : table) {
-            m_cmds.emplace(cmd.m_instruct, &cmd);
-        }
-    }
-}
+TvService::TvService(const KoFileParse& catalogue, Options options)
+    : m_cmds(catalogue), m_options(options) {}
 
 TvService::Answer TvService::RefuseOld(const Bytes& request) {
     return StatusAnswer(Instruction(request), " was there before the start", kOldRequest);
 }
 
 TvService::Answer TvService::Handle(const Bytes& request) const {
-    const std::int32_t instruct = Instruction(request);
-    std::vector<ParcelField> arguments;
-    const KoFileParse::KoCmdInfo* cmd = Decode(request, instruct, arguments);
-    if (cmd == nullptr) {
-        return m_cmds.find(instruct) != m_cmds.end()
-                   ? StatusAnswer(instruct, " arguments do not decode", kBadRequest)
-                   : StatusAnswer(instruct, " unknown instruction", kUnknownInstruction);
+    const CmdsByNumber::Request decoded = m_cmds.Decode(request);
+    if (decoded.cmd == nullptr) {
+        return decoded.known
+                   ? StatusAnswer(decoded.instruct, " arguments do not decode", kBadRequest)
+                   : StatusAnswer(decoded.instruct, " unknown instruction", kUnknownInstruction);
     }
-    std::string what = " " + cmd->m_strCmd;
-    for (const ParcelField& argument : arguments) {
+    std::string what = " " + decoded.cmd->m_strCmd;
+    for (const ParcelField& argument : decoded.arguments) {
         what += " " + FieldText(argument.value);
     }
-    Answer answer = StatusAnswer(instruct, what, m_options.status);
+    Answer answer = StatusAnswer(decoded.instruct, what, m_options.status);
     if (m_options.status == 0) {
-        answer.summary +=
-            AppendRecords(answer.reply, cmd->m_strPrintFmt, m_options.records, arguments);
+        answer.summary += AppendRecords(answer.reply, decoded.cmd->m_strPrintFmt, m_options.records,
+                                        decoded.arguments);
     }
     return answer;
-}
-
-// The command that the request's number and fields belong to; null when there is none.
-const KoFileParse::KoCmdInfo* TvService::Decode(const Bytes& request, std::int32_t instruct,
-                                                std::vector<ParcelField>& arguments) const {
-    if (request.size() < sizeof(instruct)) {
-        return nullptr;
-    }
-    const auto [first, last] = m_cmds.equal_range(instruct);
-    for (auto cmd = first; cmd != last; ++cmd) {
-        android::Parcel rest;
-        rest.setData(request.data() + sizeof(instruct), request.size() - sizeof(instruct));
-        auto fields = ReadFields(rest, cmd->second->m_strParaFmt);
-        if (fields && rest.dataAvail() == 0) {
-            arguments = std::move(*fields);
-            return cmd->second;
-        }
-    }
-    return nullptr;
 }

@@ -1,12 +1,10 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <string>
 #include <vector>
 
-#include "catalogue/ko_file_parse.h"
-#include "format/parcel_fields.h"
+#include "catalogue/cmds_by_number.h"
 
 // Plays the television: answers every command of a catalogue with values of the right types. A
 // reply takes its values from the request's arguments where the types agree, so that what was typed
@@ -33,7 +31,7 @@ public:
     // Borrows the catalogue, which must outlive the service.
     TvService(const KoFileParse& catalogue, Options options);
 
-    std::size_t CommandCount() const { return m_cmds.size(); }
+    std::size_t CommandCount() const { return m_cmds.Count(); }
 
     Answer Handle(const Bytes& request) const;
 
@@ -42,9 +40,6 @@ public:
     static Answer RefuseOld(const Bytes& request);
 
 private:
-    const KoFileParse::KoCmdInfo* Decode(const Bytes& request, std::int32_t instruct,
-                                         std::vector<ParcelField>& arguments) const;
-
-    std::multimap<std::int32_t, const KoFileParse::KoCmdInfo*> m_cmds;  // by instruction number
+    CmdsByNumber m_cmds;
     Options m_options;
 };

@@ -3,17 +3,20 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <optional>
 #include <string>
+#include <vector>
 
+#include "page/page_lock.h"
+#include "page/page_mapping.h"
 #include "page/share_page_client.h"
 #include "platform/device_root.h"
 #include "platform/unique_fd.h"
-#include "tools/exit_status.h"
-#include "tools/text.h"
 
 namespace {
 
@@ -21,6 +24,7 @@ using std::chrono::milliseconds;
 using Clock = std::chrono::steady_clock;
 
 constexpr milliseconds kPollStep{10};
+constexpr milliseconds kAskStep{50};
 constexpr std::array kStopSignals = {SIGINT, SIGTERM, SIGHUP};
 
 // For the handler: the page that holds the request; null until one was posted.
@@ -85,61 +89,109 @@ private:
     std::array<struct sigaction, kStopSignals.size()> m_previous;
 };
 
-int Fail(ExitStatus status, const std::string& reason) {
-    Complain(std::string("the page ") + kSharePageFile + ": " + reason);
-    return status;
+Outcome Fault(ExitStatus status, const std::string& reason) {
+    return {status, std::string("the page ") + kSharePageFile + ": " + reason};
 }
 
-std::string Within(milliseconds timeout) {
-    return " within " + std::to_string(timeout.count()) + " ms";
-}
+// The way to the service while one call lasts.
+class Exchange {
+public:
+    explicit Exchange(const CallLimits& limits)
+        : m_limits(limits), m_deadline(Clock::now() + limits.timeout) {}
 
-// kDone when no earlier request waits for its answer.
-PageResult AwaitEarlier(SharePageClient& client, Clock::time_point deadline, bool force) {
-    SharePageHeader header = {};
-    const PageResult looked = client.Look(header);
-    const bool waiting = (header.flags & kRequestPosted) != 0 && (header.flags & kReplyReady) == 0;
-    return looked == PageResult::kDone && waiting && !force ? client.Wait(deadline) : looked;
-}
+    Outcome Run(const android::Parcel& request, std::vector<std::uint8_t>& reply);
 
-}  // namespace
+private:
+    Outcome RunInTurn(SharePage* page, const android::Parcel& request,
+                      std::vector<std::uint8_t>& reply);
 
-int PageCall::Open() {
+    // Lets `attempt` wait, in short pieces where somebody is to be asked whether to go on.
+    template <typename Attempt>
+    bool Try(Attempt attempt) {
+        const auto& goOn = m_limits.goOn;
+        do {
+            if (attempt(goOn ? std::min(m_deadline, Clock::now() + kAskStep) : m_deadline)) {
+                return true;
+            }
+            m_gaveUp = goOn && !goOn();
+        } while (!m_gaveUp && Clock::now() < m_deadline);
+        return false;
+    }
+
+    PageResult AwaitReply(SharePageClient& client) {
+        PageResult result = PageResult::kNotAnswered;
+        Try([&](Clock::time_point end) {
+            result = client.Wait(end);
+            return result != PageResult::kNotAnswered;
+        });
+        return result;
+    }
+
+    // kDone when no earlier request waits for its answer.
+    PageResult AwaitEarlier(SharePageClient& client) {
+        SharePageHeader header = {};
+        const PageResult looked = client.Look(header);
+        const bool waiting =
+            (header.flags & kRequestPosted) != 0 && (header.flags & kReplyReady) == 0;
+        return looked == PageResult::kDone && waiting && !m_limits.force ? AwaitReply(client)
+                                                                         : looked;
+    }
+
+    std::string Within() const {
+        return m_gaveUp ? " until the end"
+                        : " within " + std::to_string(m_limits.timeout.count()) + " ms";
+    }
+
+    StopReport m_report;
+    const CallLimits& m_limits;
+    const Clock::time_point m_deadline;
+    bool m_gaveUp = false;
+};
+
+Outcome Exchange::Run(const android::Parcel& request, std::vector<std::uint8_t>& reply) {
     const UniqueFd file(open(kSharePageFile, O_RDWR | O_CLOEXEC));
-    m_mapping = file.IsOpen() ? PageMapping(file.Get()) : PageMapping();
-    if (m_mapping.Get() == nullptr) {
-        return Fail(kExitPage, std::strerror(errno));
+    const PageMapping mapping = file.IsOpen() ? PageMapping(file.Get()) : PageMapping();
+    if (mapping.Get() == nullptr) {
+        return Fault(kExitPage, std::strerror(errno));
     }
-    m_lock = PageLock(file.Get());
-    return kExitDone;
+    PageLock lock(file.Get());
+    std::optional<PageTurn> turn;
+    const auto takeTurn = [&](Clock::time_point end) { return turn.emplace(lock, end).Taken(); };
+    if (!Try(takeTurn)) {
+        return Fault(kExitBusy, "others used it" + Within() + "; nothing was sent");
+    }
+    return RunInTurn(mapping.Get(), request, reply);
 }
 
-int PageCall::Exchange(const android::Parcel& request, milliseconds timeout, bool force,
-                       std::vector<std::uint8_t>& reply) {
-    const auto deadline = Clock::now() + timeout;
-    StopReport report;
-    const PageTurn turn(m_lock, deadline);
-    if (!turn.Taken()) {
-        return Fail(kExitBusy, "others used it" + Within(timeout) + "; nothing was sent");
-    }
-    SharePageClient client(m_mapping.Get(), kPollStep);
-    PageResult result = AwaitEarlier(client, deadline, force);
+Outcome Exchange::RunInTurn(SharePage* page, const android::Parcel& request,
+                            std::vector<std::uint8_t>& reply) {
+    SharePageClient client(page, kPollStep);
+    PageResult result = AwaitEarlier(client);
     if (result == PageResult::kNotAnswered) {
-        return Fail(kExitNoAnswer, "an earlier request in it is not answered either" +
-                                       Within(timeout) +
-                                       ": no service seems to run; nothing was sent");
+        return Fault(kExitNoAnswer, "an earlier request in it is not answered either" + Within() +
+                                        ": no service seems to run; nothing was sent");
     }
     if (result == PageResult::kDone) {
-        result = report.Post(client, m_mapping.Get(), request);
+        result = m_report.Post(client, page, request);
     }
     if (result == PageResult::kDone) {
-        result = client.Wait(deadline);
+        result = AwaitReply(client);
     }
     if (result == PageResult::kNotAnswered) {
-        return Fail(kExitNoAnswer, "no answer" + Within(timeout) + "; the request stays there");
+        return Fault(kExitNoAnswer, "no answer" + Within() + "; the request stays there");
     }
     if (result == PageResult::kDone) {
         result = client.TakeReply(reply);
     }
-    return result == PageResult::kDone ? kExitDone : Fail(kExitPage, PageResultText(result));
+    return result == PageResult::kDone ? Outcome() : Fault(kExitPage, PageResultText(result));
+}
+
+}  // namespace
+
+Outcome CallService(const android::Parcel& request, const CallLimits& limits,
+                    android::Parcel& reply) {
+    std::vector<std::uint8_t> bytes;
+    Outcome outcome = Exchange(limits).Run(request, bytes);
+    reply.setData(bytes.data(), bytes.size());
+    return outcome;
 }

@@ -6,7 +6,6 @@
 #include "format/printable.h"
 #include "format/utf8.h"
 #include "printer/printer.h"
-#include "tools/exit_status.h"
 #include "tools/json.h"
 #include "tools/text.h"
 
@@ -14,41 +13,11 @@ namespace {
 
 constexpr char kZero[] = "\\u0000";
 
-// One name for each value of a record: its label, or "value" and its position where it has none; a
-// label that was used before gets a number behind it, also one that only the replacement of bad
-// bytes makes equal.
-std::vector<std::string> ValueNames(const KoFileParse::KoCmdInfo& cmd) {
-    std::vector<std::string> names;
-    std::set<std::string> used;
-    auto tag = cmd.m_printTags.begin();
-    for (std::size_t i = 0; i < cmd.m_strPrintFmt.size(); ++i) {
-        const std::string label = tag != cmd.m_printTags.end() ? ValidUtf8(*tag++) : std::string();
-        const std::string base = label.empty() ? "value" + std::to_string(i + 1) : label;
-        if (IsWithoutValue(cmd.m_strPrintFmt[i])) {
-            continue;
-        }
-        std::string name = base;
-        for (int number = 2; !used.insert(name).second; ++number) {
-            name = base + "_" + std::to_string(number);
-        }
-        names.push_back(name);
-    }
-    return names;
-}
-
-std::string Shown(const std::string& text, bool terminal) {
-    std::string shown;
-    for (const char byte : text) {
-        shown += byte == '\0' ? kZero : std::string(1, byte);
-    }
-    return terminal ? Printable(shown) : shown;
-}
-
 FieldValue ShownValue(const FieldValue& value, bool terminal) {
     if (!std::holds_alternative<android::String16>(value)) {
         return value;
     }
-    const std::string text = Shown(FieldText(value), terminal);
+    const std::string text = ShownText(FieldText(value), terminal);
     return android::String16(text.data(), text.size());
 }
 
@@ -71,6 +40,33 @@ void CopyShown(const android::Parcel& reply, const std::string& letters, bool te
 }
 
 }  // namespace
+
+std::vector<std::string> ValueNames(const KoFileParse::KoCmdInfo& cmd) {
+    std::vector<std::string> names;
+    std::set<std::string> used;
+    auto tag = cmd.m_printTags.begin();
+    for (std::size_t i = 0; i < cmd.m_strPrintFmt.size(); ++i) {
+        const std::string label = tag != cmd.m_printTags.end() ? ValidUtf8(*tag++) : std::string();
+        const std::string base = label.empty() ? "value" + std::to_string(i + 1) : label;
+        if (IsWithoutValue(cmd.m_strPrintFmt[i])) {
+            continue;
+        }
+        std::string name = base;
+        for (int number = 2; !used.insert(name).second; ++number) {
+            name = base + "_" + std::to_string(number);
+        }
+        names.push_back(name);
+    }
+    return names;
+}
+
+std::string ShownText(const std::string& text, bool terminal) {
+    std::string shown;
+    for (const char byte : text) {
+        shown += byte == '\0' ? kZero : std::string(1, byte);
+    }
+    return terminal ? Printable(shown) : shown;
+}
 
 bool ReadRecords(const android::Parcel& reply, const std::string& format,
                  std::vector<ReplyRecord>& records) {
@@ -102,7 +98,7 @@ std::vector<std::string> RecordsJson(const KoFileParse::KoCmdInfo& cmd,
 void PrintLabelled(const KoFileParse::KoCmdInfo& cmd, const android::Parcel& reply, bool terminal) {
     Array<std::string> tags;
     for (const std::string& tag : cmd.m_printTags) {
-        tags.push_back(Shown(tag, terminal));
+        tags.push_back(ShownText(tag, terminal));
     }
     const std::string letters = cmd.m_strPrintFmt.substr(0, tags.size());
     android::Parcel shown;
@@ -114,34 +110,23 @@ void PrintLabelled(const KoFileParse::KoCmdInfo& cmd, const android::Parcel& rep
     printer.Flush();
 }
 
-int PrintReply(const KoFileParse::KoCmdInfo& cmd, const android::Parcel& reply,
-               std::optional<JsonInt64> json) {
-    const std::string bytes = HexBytes(reply.data(), reply.dataSize());
+Outcome ReadReply(const KoFileParse::KoCmdInfo& cmd, const android::Parcel& reply,
+                  std::vector<ReplyRecord>& records) {
+    const auto bytes = [&] { return HexBytes(reply.data(), reply.dataSize()); };
     if (reply.dataAvail() < sizeof(std::int32_t)) {
-        Complain("the reply is too short for a status: " + bytes);
-        return kExitPage;
+        return {kExitPage, "the reply is too short for a status: " + bytes()};
     }
     const std::int32_t status = reply.readInt32();
     if (status != 0) {
-        Complain("the service refused: status " + std::to_string(status) + " (" + Hex(status) +
-                 ")");
-        return kExitRefused;
-    }
-    std::vector<ReplyRecord> records;
-    if (!ReadRecords(reply, cmd.m_strPrintFmt, records)) {
-        Complain("the reply is no whole number of records of the print format " +
-                 Quoted(cmd.m_strPrintFmt) + ": " + bytes);
-        return kExitPage;
-    }
-    if (json) {
-        for (const std::string& line : RecordsJson(cmd, records, *json)) {
-            PrintJsonLine(line);
-        }
-        return kExitDone;
+        return {kExitRefused,
+                "the service refused: status " + std::to_string(status) + " (" + Hex(status) + ")"};
     }
     android::Parcel values;
     values.setData(reply.data(), reply.dataSize());
     values.readInt32();
-    PrintLabelled(cmd, values, OutputIsTerminal());
-    return kExitDone;
+    if (!ReadRecords(values, cmd.m_strPrintFmt, records)) {
+        return {kExitPage, "the reply is no whole number of records of the print format " +
+                               Quoted(cmd.m_strPrintFmt) + ": " + bytes()};
+    }
+    return {};
 }

@@ -1,11 +1,9 @@
 #include "page/page_mapping.h"
 
-#include <sys/mman.h>
-
 #include <utility>
 
-PageMapping::PageMapping(int fd) {
-    void* page = mmap(nullptr, kPageSize, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+PageMapping::PageMapping(int fd, int protection) {
+    void* page = mmap(nullptr, kPageSize, protection, MAP_SHARED, fd, 0);
     m_page = page != MAP_FAILED ? static_cast<SharePage*>(page) : nullptr;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/mman.h>
+
 #include "page/share_page.h"
 
 // Owns one shared mapping of a page file and removes it at the end.
@@ -7,8 +9,8 @@ class PageMapping {
 public:
     PageMapping() = default;
     // Maps the first 4096 bytes of an open file; the descriptor may be closed afterwards. On
-    // failure Get() is null and errno says why.
-    explicit PageMapping(int fd);
+    // failure Get() is null and errno says why. With PROT_READ alone the page is only to be read.
+    explicit PageMapping(int fd, int protection = PROT_READ | PROT_WRITE);
     PageMapping(PageMapping&& other) noexcept;
     PageMapping& operator=(PageMapping&& other) noexcept;
     PageMapping(const PageMapping&) = delete;

@@ -1,8 +1,6 @@
 #include "tools/commands.h"
 #include "tools/json.h"
-#include "tools/page_call.h"
 #include "tools/prepared_call.h"
-#include "tools/reply.h"
 #include "tools/text.h"
 
 int RunCall(const CommandLine& line) {
@@ -12,10 +10,7 @@ int RunCall(const CommandLine& line) {
     }
     android::Parcel reply;
     std::vector<ReplyRecord> records;
-    Outcome outcome = CallService(call.request, {line.timeout, line.force, {}}, reply);
-    if (outcome.status == kExitDone) {
-        outcome = ReadReply(*call.cmd, reply, records);
-    }
+    const Outcome outcome = Send(call, {line.timeout, line.force, {}}, reply, records);
     if (outcome.status != kExitDone) {
         Complain(outcome.reason);
     } else if (line.json) {

@@ -28,7 +28,11 @@ constexpr char kVersionLetter = 'v';
 
 constexpr ToolOption kToolOptions[] = {
     {'c', "catalogue", "DIR", "the folder of mods.conf and cmds.conf (the console's own)"},
+    {'n', "count", "N", "end after N samples or messages"},
+    {'C', "csv", nullptr, "print CSV, as it does anyway where its output is no terminal"},
     {'f', "force", nullptr, "post over an unanswered request; its answer may come instead"},
+    {'x', "hex", nullptr, "print the bytes of every message"},
+    {'i', "interval", "MS", "from the start of one call to that of the next (1000)"},
     {'j', "json", nullptr, "print JSON, one object a line"},
     {'J', "json-strings", nullptr, "the same, with 64-bit integers as strings"},
     {'t', "timeout", "MS", "wait so long for the turn and the answer (5000)"},
@@ -138,6 +142,11 @@ void ComplainAboutOption(const ToolCommand* command, const std::string& word) {
     ComplainUnknown(Quoted(word) + " is no option" + of, word, names);
 }
 
+bool Refuse(const char* taken, const char* value) {
+    Complain(std::string(taken) + ", not " + Quoted(value));
+    return false;
+}
+
 bool TakeOption(int letter, const char* value, CommandLine& line) {
     switch (letter) {
         case 'c':
@@ -152,12 +161,20 @@ bool TakeOption(int letter, const char* value, CommandLine& line) {
         case 'J':
             line.json = JsonInt64::kString;
             return true;
+        case 'C':
+            line.csv = true;
+            return true;
+        case 'x':
+            line.hex = true;
+            return true;
+        case 'n':
+            return ReadNumber(value, line.count) || Refuse("--count takes a number", value);
+        case 'i':
+            return ReadMilliseconds(value, line.interval) ||
+                   Refuse("--interval takes milliseconds", value);
         case 't':
-            if (ReadMilliseconds(value, line.timeout)) {
-                return true;
-            }
-            Complain("--timeout takes milliseconds, not " + Quoted(value));
-            return false;
+            return ReadMilliseconds(value, line.timeout) ||
+                   Refuse("--timeout takes milliseconds", value);
         default:
             return true;
     }

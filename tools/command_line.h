@@ -18,7 +18,11 @@ struct CommandLine {
     const ToolCommand* command = nullptr;
     std::optional<std::string> catalogue;  // a folder; the console's own files without
     std::chrono::milliseconds timeout{5000};
+    std::chrono::milliseconds interval{1000};
+    std::size_t count = kAnyNumber;
     bool force = false;
+    bool csv = false;
+    bool hex = false;
     std::optional<JsonInt64> json;   // how to print JSON, where it is asked for
     std::vector<std::string> words;  // behind the options
 };

@@ -8,3 +8,5 @@ int RunCheck(const CommandLine& line);
 int RunList(const CommandLine& line);
 int RunEncode(const CommandLine& line);
 int RunCall(const CommandLine& line);
+int RunWatch(const CommandLine& line);
+int RunMonitor(const CommandLine& line);

@@ -2,19 +2,14 @@
 
 #include "format/format_letters.h"
 #include "format/parcel_fields.h"
-#include "format/printable.h"
 #include "page/share_page.h"
 #include "tools/commands.h"
 #include "tools/exit_status.h"
 #include "tools/prepared_call.h"
+#include "tools/reply.h"
 #include "tools/text.h"
 
 namespace {
-
-std::string ValueText(const ParcelField& field) {
-    const std::string text = FieldText(field.value);
-    return field.letter == 's' ? "\"" + Printable(text) + "\"" : text;
-}
 
 std::string HeaderBytes(std::size_t length) {
     SharePage page = {};

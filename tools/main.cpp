@@ -23,6 +23,19 @@ constexpr std::initializer_list<ToolCommand> kCommands = {
     {"call", kExchangeWords, "Sends one command to the service and prints the reply.",
      "\nMODULE is a module's selecting word or its name.\n", "01234567", "cjJtf", 2, kAnyNumber,
      RunCall},
+    {"watch", kExchangeWords, "Repeats one command and shows its values as they change.",
+     "\n"
+     "Takes its turn at the page for each call, on a steady beat; a call that takes longer leaves\n"
+     "beats out. On a terminal a screen with a line for each value, else CSV; until Ctrl-C. A "
+     "call\n"
+     "that fails is shown and counted, and ends nothing.\n",
+     "0123", "cCijJnt", 2, kAnyNumber, RunWatch},
+    {"monitor", "", "Prints the requests and replies of others as they stand in the page.",
+     "\n"
+     "Looks every millisecond, takes no turn and writes nothing; until Ctrl-C. It can miss what\n"
+     "stands in the page for less than 2 ms, such as a request that is answered at once, and the\n"
+     "second one of two that are the same to the byte. Times are those of the looks.\n",
+     "01236", "cjJnx", 0, 0, RunMonitor},
 };
 
 }  // namespace

@@ -13,10 +13,8 @@
 #include <vector>
 
 #include "page/page_lock.h"
-#include "page/page_mapping.h"
 #include "page/share_page_client.h"
 #include "platform/device_root.h"
-#include "platform/unique_fd.h"
 
 namespace {
 
@@ -149,10 +147,11 @@ private:
 };
 
 Outcome Exchange::Run(const android::Parcel& request, std::vector<std::uint8_t>& reply) {
-    const UniqueFd file(open(kSharePageFile, O_RDWR | O_CLOEXEC));
-    const PageMapping mapping = file.IsOpen() ? PageMapping(file.Get()) : PageMapping();
-    if (mapping.Get() == nullptr) {
-        return Fault(kExitPage, std::strerror(errno));
+    UniqueFd file;
+    PageMapping mapping;
+    Outcome mapped = MapPage(O_RDWR, PROT_READ | PROT_WRITE, file, mapping);
+    if (mapped.status != kExitDone) {
+        return mapped;
     }
     PageLock lock(file.Get());
     std::optional<PageTurn> turn;
@@ -187,6 +186,12 @@ Outcome Exchange::RunInTurn(SharePage* page, const android::Parcel& request,
 }
 
 }  // namespace
+
+Outcome MapPage(int flags, int protection, UniqueFd& file, PageMapping& mapping) {
+    file = UniqueFd(open(kSharePageFile, flags | O_CLOEXEC));
+    mapping = file.IsOpen() ? PageMapping(file.Get(), protection) : PageMapping();
+    return mapping.Get() != nullptr ? Outcome() : Fault(kExitPage, std::strerror(errno));
+}
 
 Outcome CallService(const android::Parcel& request, const CallLimits& limits,
                     android::Parcel& reply) {

@@ -3,8 +3,14 @@
 #include <chrono>
 #include <functional>
 
+#include "page/page_mapping.h"
 #include "platform/parcel.h"
+#include "platform/unique_fd.h"
 #include "tools/outcome.h"
+
+// Opens and maps the page with the flags of open and the protection of mmap. kExitDone or
+// kExitPage.
+Outcome MapPage(int flags, int protection, UniqueFd& file, PageMapping& mapping);
 
 struct CallLimits {
     std::chrono::milliseconds timeout;

@@ -158,3 +158,9 @@ bool Prepare(const CommandLine& line, PreparedCall& call) {
     }
     return true;
 }
+
+Outcome Send(const PreparedCall& call, const CallLimits& limits, android::Parcel& reply,
+             std::vector<ReplyRecord>& records) {
+    Outcome outcome = CallService(call.request, limits, reply);
+    return outcome.status == kExitDone ? ReadReply(*call.cmd, reply, records) : outcome;
+}

@@ -3,6 +3,8 @@
 #include "catalogue/ko_file_parse.h"
 #include "platform/parcel.h"
 #include "tools/command_line.h"
+#include "tools/page_call.h"
+#include "tools/reply.h"
 
 // What "encode" shows and "call" sends.
 struct PreparedCall {
@@ -15,3 +17,7 @@ struct PreparedCall {
 // checks the other words as its arguments and encodes them with the console's encoder. False after
 // a message.
 bool Prepare(const CommandLine& line, PreparedCall& call);
+
+// Sends it and reads the reply, as CallService and ReadReply do.
+Outcome Send(const PreparedCall& call, const CallLimits& limits, android::Parcel& reply,
+             std::vector<ReplyRecord>& records);

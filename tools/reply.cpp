@@ -68,6 +68,19 @@ std::string ShownText(const std::string& text, bool terminal) {
     return terminal ? Printable(shown) : shown;
 }
 
+std::string ValueText(const ParcelField& field) {
+    const std::string text = FieldText(field.value);
+    return field.letter == 's' ? "\"" + Printable(text) + "\"" : text;
+}
+
+std::vector<std::string> RecordTexts(const ReplyRecord& record) {
+    std::vector<std::string> texts;
+    for (const ParcelField& field : record) {
+        texts.push_back(ShownText(FieldText(field.value), false));
+    }
+    return texts;
+}
+
 bool ReadRecords(const android::Parcel& reply, const std::string& format,
                  std::vector<ReplyRecord>& records) {
     while (reply.dataAvail() != 0) {
@@ -125,6 +138,7 @@ Outcome ReadReply(const KoFileParse::KoCmdInfo& cmd, const android::Parcel& repl
     values.setData(reply.data(), reply.dataSize());
     values.readInt32();
     if (!ReadRecords(values, cmd.m_strPrintFmt, records)) {
+        records.clear();
         return {kExitPage, "the reply is no whole number of records of the print format " +
                                Quoted(cmd.m_strPrintFmt) + ": " + bytes()};
     }

@@ -22,6 +22,12 @@ std::vector<std::string> ValueNames(const KoFileParse::KoCmdInfo& cmd);
 // escape too.
 std::string ShownText(const std::string& text, bool terminal);
 
+// A value as people read it, a text printable and in quotes.
+std::string ValueText(const ParcelField& field);
+
+// The values of a record as texts, as ShownText has them for a pipe.
+std::vector<std::string> RecordTexts(const ReplyRecord& record);
+
 // Appends the values from the reply's position on, record by record. False when it holds anything
 // else than whole records of the format.
 bool ReadRecords(const android::Parcel& reply, const std::string& format,

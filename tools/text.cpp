@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <ctime>
 
 #include "format/printable.h"
+#include "format/utf8.h"
 #include "platform/ko_securec.h"
 
 namespace {
@@ -14,11 +16,6 @@ constexpr std::size_t kQuotedSize = 60;
 
 bool IsContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
-
-std::size_t Columns(const std::string& text) {
-    return text.size() -
-           static_cast<std::size_t>(std::count_if(text.begin(), text.end(), IsContinuation));
 }
 
 }  // namespace
@@ -59,7 +56,36 @@ std::string HexBytes(const std::uint8_t* bytes, std::size_t size) {
     return text;
 }
 
-void PrintTable(const std::vector<std::vector<std::string>>& rows, const char* indent) {
+std::string IsoTime(std::chrono::system_clock::time_point time) {
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
+    const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch());
+    std::tm local = {};
+    localtime_r(&seconds, &local);
+    char date[64];
+    char zone[16];
+    std::strftime(date, sizeof(date), "%FT%T", &local);
+    std::strftime(zone, sizeof(zone), "%z", &local);
+    char text[128];
+    sprintf_s(text, sizeof(text), "%s.%03d%.3s:%s", date, static_cast<int>(ms.count() % 1000), zone,
+              zone + 3);
+    return text;
+}
+
+std::size_t Columns(const std::string& text) {
+    return text.size() -
+           static_cast<std::size_t>(std::count_if(text.begin(), text.end(), IsContinuation));
+}
+
+std::string CutToColumns(const std::string& text, std::size_t columns) {
+    std::string_view rest = text;
+    std::string cut;
+    for (; columns > 0 && !rest.empty(); --columns) {
+        cut += TakeUtf8(rest);
+    }
+    return cut;
+}
+
+std::vector<std::string> TableLines(const std::vector<std::vector<std::string>>& rows) {
     std::vector<std::size_t> widths;
     for (const auto& row : rows) {
         widths.resize(std::max(widths.size(), row.size()));
@@ -67,14 +93,37 @@ void PrintTable(const std::vector<std::vector<std::string>>& rows, const char* i
             widths[i] = std::max(widths[i], Columns(row[i]));
         }
     }
+    std::vector<std::string> lines;
     for (const auto& row : rows) {
-        std::string line = indent;
+        std::string line;
         for (std::size_t i = 0; i < row.size(); ++i) {
             line += row[i] + std::string(widths[i] - Columns(row[i]) + 2, ' ');
         }
-        line.erase(line.find_last_not_of(' ') + 1);
-        std::printf("%s\n", line.c_str());
+        lines.push_back(line);
     }
+    return lines;
+}
+
+void PrintTable(const std::vector<std::vector<std::string>>& rows, const char* indent) {
+    for (std::string& line : TableLines(rows)) {
+        line.erase(line.find_last_not_of(' ') + 1);
+        std::printf("%s%s\n", indent, line.c_str());
+    }
+}
+
+std::string CsvRow(std::vector<std::string> cells, const std::vector<std::string>& further) {
+    cells.insert(cells.end(), further.begin(), further.end());
+    std::string row;
+    for (std::string& cell : cells) {
+        if (cell.find_first_of(",\"\r\n") != std::string::npos) {
+            for (std::size_t i = 0; (i = cell.find('"', i)) != std::string::npos; i += 2) {
+                cell.insert(i, 1, '"');
+            }
+            cell = '"' + cell + '"';
+        }
+        row += (&cell == &cells.front() ? "" : ",") + cell;
+    }
+    return row;
 }
 
 bool OutputIsTerminal() {

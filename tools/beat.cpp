@@ -1,0 +1,46 @@
+#include "tools/beat.h"
+
+#include <algorithm>
+
+#include "platform/sleep_once.h"
+
+namespace {
+
+constexpr int kEnding[] = {SIGINT, SIGTERM, SIGHUP};
+
+}  // namespace
+
+Beat::Beat(std::chrono::milliseconds interval, const std::vector<int>& others)
+    : m_interval(std::max(interval, std::chrono::milliseconds{1})) {
+    std::vector<int> signals(others);
+    signals.insert(signals.end(), std::begin(kEnding), std::end(kEnding));
+    sigemptyset(&m_signals);
+    for (const int signal : signals) {
+        struct sigaction action = {};
+        sigaction(signal, nullptr, &action);
+        if (action.sa_handler != SIG_IGN) {  // as under nohup
+            sigaddset(&m_signals, signal);
+        }
+    }
+    pthread_sigmask(SIG_BLOCK, &m_signals, nullptr);
+}
+
+int Beat::Wait() {
+    const auto next = m_last + ((Clock::now() - m_last) / m_interval + 1) * m_interval;
+    for (auto left = next - Clock::now(); left.count() > 0; left = next - Clock::now()) {
+        const timespec limit = TimeSpec(left);
+        const int signal = sigtimedwait(&m_signals, nullptr, &limit);
+        if (signal > 0) {
+            return signal;
+        }
+    }
+    m_last = next;
+    return 0;
+}
+
+bool Beat::IsOver() {
+    sigset_t pending;
+    sigpending(&pending);
+    return std::any_of(std::begin(kEnding), std::end(kEnding),
+                       [&](int signal) { return sigismember(&pending, signal) == 1; });
+}

@@ -55,7 +55,7 @@ void WatchedValue::AddGap() {
 
 std::vector<std::string> WatchedValue::Cells() const {
     if (m_count == 0) {
-        return std::vector<std::string>(5);
+        return {""};
     }
     return {"", m_now, Shown(m_least), Shown(m_most), std::to_string(m_mean)};
 }
@@ -120,9 +120,10 @@ std::vector<std::string> WatchScreen::Lines(std::size_t width) const {
         }
     }
     std::vector<std::string> lines = TableLines(table);
-    while (table[0].size() > 2 && Columns(lines[0]) + kLeastBars > width) {
+    for (std::size_t columns = 4; columns > 1 && Columns(lines[0]) + kLeastBars > width;
+         --columns) {
         for (auto& row : table) {
-            row.pop_back();
+            row.resize(std::min(row.size(), columns));
         }
         lines = TableLines(table);
     }
@@ -130,8 +131,8 @@ std::vector<std::string> WatchScreen::Lines(std::size_t width) const {
     for (std::size_t i = 0; i < m_values.size(); ++i) {
         lines[i + 1] += m_values[i].Graph(bars);
     }
-    const std::string counts =
-        std::to_string(m_count) + " samples, " + std::to_string(m_failed) + " failed";
-    lines.insert(lines.begin(), {m_title + ": " + counts, m_state});
+    lines.insert(lines.begin(), {m_title + " samples=" + std::to_string(m_count) +
+                                     " failed=" + std::to_string(m_failed),
+                                 m_state});
     return lines;
 }

@@ -18,7 +18,7 @@ public:
     // For a sample that has failed.
     void AddGap();
 
-    // An empty cell, then now, least, most and mean as the console prints numbers; empty for a
+    // An empty cell, then now, least, most and mean as the console prints numbers; these not of a
     // text.
     std::vector<std::string> Cells() const;
 

@@ -91,10 +91,13 @@ TEST(DocumentTest, TheCommandsShownAreReal) {
     root.Write("lamp/mods.conf", Blocks("docs/catalogue.md", "conf lamp/mods.conf").at(0));
     std::filesystem::create_directory_symlink(SourcePath("examples"), "examples");
     auto service = std::make_unique<Service>();
-    for (const std::string& block : Blocks("README.md", "console")) {
-        ExpectReal(block);
+    for (const char* document : {"README.md", "docs/tool.md"}) {
+        for (const std::string& block : Blocks(document, "console")) {
+            ExpectReal(block);
+        }
     }
     service.reset();
+    ExpectReal(Blocks("docs/tool.md", "console unanswered").at(0));
     root.Write("lamp/cmds.conf", Blocks("docs/catalogue.md", "conf lamp/cmds.conf").at(0));
     std::filesystem::create_directories("build/host");
     std::filesystem::create_directory_symlink("../../root", "build/host/root");

@@ -177,14 +177,15 @@ int RunMonitor(const CommandLine& line) {
     Monitor monitor(line, catalogue);
     // A reply that is there at the start is none of this time.
     bool isNew = page.Look() && page.Last().header.flags != kReplyReady;
-    std::size_t told = 0;
-    do {
+    for (std::size_t left = line.count; left != 0; isNew = page.Look()) {
         if (isNew) {
             monitor.Tell(page.Last());
-            ++told;
+            --left;
         }
-        isNew = page.Look();
-    } while (told != line.count && std::ferror(stdout) == 0 && beat.Wait() == 0);
+        if (left == 0 || std::ferror(stdout) != 0 || beat.Wait() != 0) {
+            break;
+        }
+    }
     monitor.Summarise();
     return kExitDone;
 }

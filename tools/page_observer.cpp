@@ -20,22 +20,24 @@ Outcome PageObserver::Open() {
     return MapPage(O_RDONLY | O_NONBLOCK, PROT_READ, file, m_page);
 }
 
-// Data that changes below a standing header may be a message that somebody is writing.
+// A copy that a new header has overtaken is left to the next look. Data that changes below a
+// standing header may be a message that somebody is writing.
 bool PageObserver::Look() {
     PageCopy copy = {};
-    const auto take = [&page = *m_page.Get(), &copy] {
-        SharePageHeader after = {};
-        int tries = 8;  // for a page that somebody scribbles on all the time
-        do {
-            copy.header = LoadHeader(page);
-            std::memcpy(copy.data, page.data, copy.Size() - kHeaderSize);
-            // Keeps the second look at the header behind the copy.
-            std::atomic_thread_fence(std::memory_order_acquire);
-            after = LoadHeader(page);
-        } while (std::memcmp(&copy.header, &after, sizeof(after)) != 0 && --tries != 0);
+    SharePageHeader after = {};
+    const auto take = [&, &page = *m_page.Get()] {
+        copy.header = LoadHeader(page);
+        std::memcpy(copy.data, page.data, copy.Size() - kHeaderSize);
+        // Keeps the second look at the header behind the copy.
+        std::atomic_thread_fence(std::memory_order_acquire);
+        after = LoadHeader(page);
     };
     if (!GuardPageAccess(take)) {
         copy = {};
+        after = {};
+    }
+    if (std::memcmp(&copy.header, &after, sizeof(after)) != 0) {
+        return false;
     }
     const bool settled = !Same(copy, m_last, kHeaderSize) || Same(copy, m_looked, copy.Size());
     m_looked = copy;

@@ -5,51 +5,16 @@
 #include "tools/beat.h"
 #include "tools/catalogue_source.h"
 #include "tools/commands.h"
-#include "tools/json.h"
 #include "tools/page_observer.h"
 #include "tools/reply.h"
+#include "tools/report.h"
 #include "tools/text.h"
 
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 using Clock = std::chrono::steady_clock;
-using Texts = std::vector<std::string>;
-
-// One line of output; as text it has the same names and values as in JSON.
-class Report {
-public:
-    explicit Report(const std::string& kind) {
-        const std::string time = IsoTime(std::chrono::system_clock::now());
-        m_json.Add("time", JsonString(time));
-        m_json.Add("message", JsonString(kind));
-        m_text = time.substr(11, 12) + " " + kind;
-    }
-
-    // `value` is JSON; the text has it without quotes around it.
-    void Add(const std::string& name, const std::string& value) {
-        const std::size_t quote = value[0] == '"' ? 1 : 0;
-        m_json.Add(name, value);
-        m_text += " " + name + "=" + value.substr(quote, value.size() - 2 * quote);
-    }
-
-    void AddFault(const std::string& fault) { m_faults.push_back(JsonString(fault)); }
-    bool HasFaults() const { return !m_faults.empty(); }
-
-    void Print(bool json) {
-        if (HasFaults()) {
-            Add("faults", JsonArray(m_faults));
-        }
-        const auto print = json ? PrintJsonLine : PrintLine;
-        print(json ? m_json.Text() : m_text);
-        std::fflush(stdout);
-    }
-
-private:
-    std::string m_text;
-    JsonObject m_json;
-    Texts m_faults;
-};
+using Ms = std::chrono::milliseconds;
 
 // Follows the messages from one to the next.
 class Monitor {
@@ -61,7 +26,10 @@ public:
         const unsigned int flags = page.header.flags;
         const bool isReply = (flags & kReplyReady) != 0;
         const bool isRequest = !isReply && (flags & kRequestPosted) != 0;
-        Report report(isReply ? "reply" : isRequest ? "request" : "nothing");
+        Report report(isReply     ? "reply"
+                      : isRequest ? "request"
+                                  : "nothing",
+                      std::chrono::system_clock::now());
         if (m_waiting && !isReply) {
             ++m_requestsAlone;
             report.AddFault("no reply was seen to the request before");
@@ -87,7 +55,7 @@ public:
     }
 
     void Summarise() const {
-        Report report("summary");
+        Report report("summary", std::chrono::system_clock::now());
         report.Add("exchanges", std::to_string(m_exchanges));
         if (m_exchanges != 0) {
             auto median = m_latencies.begin();
@@ -108,7 +76,7 @@ private:
         m_requestTime = Clock::now();
         m_request = m_cmds.Decode(bytes);
         if (m_request.cmd != nullptr) {
-            Texts arguments;
+            std::vector<std::string> arguments;
             for (const ParcelField& argument : m_request.arguments) {
                 arguments.push_back(JsonValue(argument.value, m_int64));
             }
@@ -132,11 +100,10 @@ private:
             report.AddFault("no request was seen before");
             return;
         }
-        const auto time =
-            std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - m_requestTime);
+        const auto ms = std::chrono::duration_cast<Ms>(Clock::now() - m_requestTime).count();
         ++m_exchanges;
-        ++m_latencies[time.count()];
-        report.Add("latency_ms", std::to_string(time.count()));
+        ++m_latencies[ms];
+        report.Add("latency_ms", std::to_string(ms));
         if (m_request.cmd != nullptr) {
             std::vector<ReplyRecord> records;
             reply.setData(bytes.data(), bytes.size());
@@ -173,7 +140,7 @@ int RunMonitor(const CommandLine& line) {
         Complain(opened.reason);
         return opened.status;
     }
-    Beat beat(std::chrono::milliseconds{1});
+    Beat beat(Ms{1});
     Monitor monitor(line, catalogue);
     // A reply that is there at the start is none of this time.
     bool isNew = page.Look() && page.Last().header.flags != kReplyReady;

@@ -3,8 +3,8 @@
 #include "format/printable.h"
 #include "tools/beat.h"
 #include "tools/commands.h"
-#include "tools/json.h"
 #include "tools/prepared_call.h"
+#include "tools/report.h"
 #include "tools/text.h"
 #include "tools/watch_screen.h"
 
@@ -26,14 +26,11 @@ void PrintCsv(std::size_t values, const Sample& sample) {
 }
 
 void PrintJson(const KoFileParse::KoCmdInfo& cmd, const Sample& sample, JsonInt64 int64) {
-    JsonObject object;
-    object.Add("time", JsonString(IsoTime(sample.time)));
-    if (sample.outcome.status == kExitDone) {
-        object.Add("records", JsonArray(RecordsJson(cmd, sample.records, int64)));
-    } else {
-        object.Add("error", JsonString(sample.outcome.reason));
-    }
-    PrintJsonLine(object.Text());
+    const bool done = sample.outcome.status == kExitDone;
+    Report report("sample", sample.time);
+    report.Add(done ? "records" : "error", done ? JsonArray(RecordsJson(cmd, sample.records, int64))
+                                                : JsonString(sample.outcome.reason));
+    report.Print(true);
 }
 
 // False when the watch is to end. A stopped one leaves the screen to others.

@@ -24,19 +24,18 @@ Outcome PageObserver::Open() {
 // standing header may be a message that somebody is writing.
 bool PageObserver::Look() {
     PageCopy copy = {};
-    SharePageHeader after = {};
+    bool overtaken = false;
     const auto take = [&, &page = *m_page.Get()] {
         copy.header = LoadHeader(page);
         std::memcpy(copy.data, page.data, copy.Size() - kHeaderSize);
         // Keeps the second look at the header behind the copy.
         std::atomic_thread_fence(std::memory_order_acquire);
-        after = LoadHeader(page);
+        const SharePageHeader after = LoadHeader(page);
+        overtaken = std::memcmp(&copy.header, &after, sizeof(after)) != 0;
     };
     if (!GuardPageAccess(take)) {
         copy = {};
-        after = {};
-    }
-    if (std::memcmp(&copy.header, &after, sizeof(after)) != 0) {
+    } else if (overtaken) {
         return false;
     }
     const bool settled = !Same(copy, m_last, kHeaderSize) || Same(copy, m_looked, copy.Size());

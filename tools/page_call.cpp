@@ -100,8 +100,7 @@ public:
     Outcome Run(const android::Parcel& request, std::vector<std::uint8_t>& reply);
 
 private:
-    Outcome RunInTurn(SharePage* page, const android::Parcel& request,
-                      std::vector<std::uint8_t>& reply);
+    Outcome RunInTurn(const android::Parcel& request, std::vector<std::uint8_t>& reply);
 
     // Lets `attempt` wait, in short pieces where somebody is to be asked whether to go on.
     template <typename Attempt>
@@ -140,38 +139,37 @@ private:
                         : " within " + std::to_string(m_limits.timeout.count()) + " ms";
     }
 
-    StopReport m_report;
     const CallLimits& m_limits;
     const Clock::time_point m_deadline;
     bool m_gaveUp = false;
+    UniqueFd m_file;
+    PageMapping m_mapping;
+    StopReport m_report;  // looks at the mapping, so it goes first
 };
 
 Outcome Exchange::Run(const android::Parcel& request, std::vector<std::uint8_t>& reply) {
-    UniqueFd file;
-    PageMapping mapping;
-    Outcome mapped = MapPage(O_RDWR, PROT_READ | PROT_WRITE, file, mapping);
+    Outcome mapped = MapPage(O_RDWR, PROT_READ | PROT_WRITE, m_file, m_mapping);
     if (mapped.status != kExitDone) {
         return mapped;
     }
-    PageLock lock(file.Get());
+    PageLock lock(m_file.Get());
     std::optional<PageTurn> turn;
     const auto takeTurn = [&](Clock::time_point end) { return turn.emplace(lock, end).Taken(); };
     if (!Try(takeTurn)) {
         return Fault(kExitBusy, "others used it" + Within() + "; nothing was sent");
     }
-    return RunInTurn(mapping.Get(), request, reply);
+    return RunInTurn(request, reply);
 }
 
-Outcome Exchange::RunInTurn(SharePage* page, const android::Parcel& request,
-                            std::vector<std::uint8_t>& reply) {
-    SharePageClient client(page, kPollStep);
+Outcome Exchange::RunInTurn(const android::Parcel& request, std::vector<std::uint8_t>& reply) {
+    SharePageClient client(m_mapping.Get(), kPollStep);
     PageResult result = AwaitEarlier(client);
     if (result == PageResult::kNotAnswered) {
         return Fault(kExitNoAnswer, "an earlier request in it is not answered either" + Within() +
                                         ": no service seems to run; nothing was sent");
     }
     if (result == PageResult::kDone) {
-        result = m_report.Post(client, page, request);
+        result = m_report.Post(client, m_mapping.Get(), request);
     }
     if (result == PageResult::kDone) {
         result = AwaitReply(client);

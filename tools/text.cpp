@@ -119,7 +119,7 @@ std::string CsvRow(std::vector<std::string> cells, const std::vector<std::string
             for (std::size_t i = 0; (i = cell.find('"', i)) != std::string::npos; i += 2) {
                 cell.insert(i, 1, '"');
             }
-            cell = '"' + cell + '"';
+            cell.insert(0, 1, '"').push_back('"');
         }
         row += (&cell == &cells.front() ? "" : ",") + cell;
     }

@@ -23,26 +23,26 @@ Outcome PageObserver::Open() {
 // A copy that a new header has overtaken is left to the next look. Data that changes below a
 // standing header may be a message that somebody is writing.
 bool PageObserver::Look() {
-    PageCopy copy = {};
     bool overtaken = false;
-    const auto take = [&, &page = *m_page.Get()] {
-        copy.header = LoadHeader(page);
-        std::memcpy(copy.data, page.data, copy.Size() - kHeaderSize);
+    const auto take = [this, &overtaken, &page = *m_page.Get()] {
+        m_copy.header = LoadHeader(page);
+        std::memcpy(m_copy.data, page.data, m_copy.Size() - kHeaderSize);
         // Keeps the second look at the header behind the copy.
         std::atomic_thread_fence(std::memory_order_acquire);
         const SharePageHeader after = LoadHeader(page);
-        overtaken = std::memcmp(&copy.header, &after, sizeof(after)) != 0;
+        overtaken = std::memcmp(&m_copy.header, &after, sizeof(after)) != 0;
     };
     if (!GuardPageAccess(take)) {
-        copy = {};
+        m_copy = {};
     } else if (overtaken) {
         return false;
     }
-    const bool settled = !Same(copy, m_last, kHeaderSize) || Same(copy, m_looked, copy.Size());
-    m_looked = copy;
-    if (!settled || Same(copy, m_last, copy.Size())) {
+    const bool settled =
+        !Same(m_copy, m_last, kHeaderSize) || Same(m_copy, m_looked, m_copy.Size());
+    m_looked = m_copy;
+    if (!settled || Same(m_copy, m_last, m_copy.Size())) {
         return false;
     }
-    m_last = copy;
+    m_last = m_copy;
     return true;
 }

@@ -32,4 +32,5 @@ private:
     PageMapping m_page;
     PageCopy m_last = {};
     PageCopy m_looked = {};
+    PageCopy m_copy = {};  // of the look that goes on
 };

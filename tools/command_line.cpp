@@ -2,121 +2,22 @@
 
 #include <getopt.h>
 
-#include <algorithm>
 #include <cstdio>
-#include <cstring>
-#include <iterator>
 
 #include "platform/read_number.h"
 #include "tools/exit_status.h"
 #include "tools/nearest.h"
 #include "tools/text.h"
+#include "tools/tool_options.h"
+#include "tools/usage.h"
 
 namespace {
 
 using Commands = std::initializer_list<ToolCommand>;
 
-struct ToolOption {
-    char letter;
-    const char* name;
-    const char* value;  // null for a switch
-    const char* help;
-};
-
-constexpr char kHelpLetter = 'h';
-constexpr char kVersionLetter = 'v';
-
-constexpr ToolOption kToolOptions[] = {
-    {'c', "catalogue", "DIR", "the folder of mods.conf and cmds.conf (the console's own)"},
-    {'n', "count", "N", "end after N samples or messages"},
-    {'C', "csv", nullptr, "print CSV, as it does anyway where its output is no terminal"},
-    {'f', "force", nullptr, "post over an unanswered request; its answer may come instead"},
-    {'x', "hex", nullptr, "print the bytes of every message"},
-    {'i', "interval", "MS", "from the start of one call to that of the next (1000)"},
-    {'j', "json", nullptr, "print JSON, one object a line"},
-    {'J', "json-strings", nullptr, "the same, with 64-bit integers as strings"},
-    {'t', "timeout", "MS", "wait so long for the turn and the answer (5000)"},
-    {kHelpLetter, "help", nullptr, "print the help of the command, or this"},
-    {kVersionLetter, "version", nullptr, "print the version"},
-};
-
-// By the number of the exit status.
-constexpr const char* kStatusTexts[] = {
-    "done",
-    "the result could not be printed",
-    "wrong command line",
-    "no such catalogue, module or command, or a refused argument or format",
-    "no answer in time",
-    "the service refused",
-    "the page cannot be used, or the reply does not fit it or its format",
-    "others used the page all the time: nothing was sent",
-};
-static_assert(std::size(kStatusTexts) == kExitBusy + 1, "every status has its text");
-
-std::string OptionText(const ToolOption& option) {
-    return std::string("--") + option.name +
-           (option.value != nullptr ? std::string(" ") + option.value : "");
-}
-
-bool IsOneOf(char letter, const std::string& letters) {
-    return letters.find(letter) != std::string::npos;
-}
-
 // Whether one of the options asks for a text.
 bool IsAsking(const std::string& taken) {
     return IsOneOf(kHelpLetter, taken) || IsOneOf(kVersionLetter, taken);
-}
-
-// The letters of the options that may stand with the command; with null for any.
-std::string TakenLetters(const ToolCommand* command) {
-    std::string letters;
-    for (const ToolOption& option : kToolOptions) {
-        if (command == nullptr || IsOneOf(option.letter, command->options)) {
-            letters += option.letter;
-        }
-    }
-    return letters + kHelpLetter + kVersionLetter;
-}
-
-void PrintOptions(const ToolCommand* command, std::FILE* out) {
-    std::fputs("\nOptions, before or behind the command's name:\n", out);
-    for (const ToolOption& option : kToolOptions) {
-        if (IsOneOf(option.letter, TakenLetters(command))) {
-            std::fprintf(out, "  %-16s %s\n", OptionText(option).c_str(), option.help);
-        }
-    }
-}
-
-// Null stands for the whole tool.
-void PrintUsage(Commands commands, const ToolCommand* command, std::FILE* out) {
-    if (command == nullptr) {
-        std::fputs("usage: ko_cmd_tool [OPTIONS] COMMAND [OPTIONS] ...\n\n", out);
-        for (const ToolCommand& row : commands) {
-            std::fprintf(out, "  %-8s %s\n", row.name, row.summary);
-        }
-        PrintOptions(nullptr, out);
-        return;
-    }
-    std::string options;
-    for (const ToolOption& option : kToolOptions) {
-        if (IsOneOf(option.letter, command->options)) {
-            options += " [" + OptionText(option) + "]";
-        }
-    }
-    std::fprintf(out, "usage: ko_cmd_tool %s%s%s\n", command->name, options.c_str(),
-                 command->words);
-}
-
-void PrintHelp(Commands commands, const ToolCommand* command) {
-    PrintUsage(commands, command, stdout);
-    if (command == nullptr) {
-        return;
-    }
-    std::printf("\n%s\n%s\nExit status:\n", command->summary, command->details);
-    for (const char* digit = command->statuses; *digit != '\0'; ++digit) {
-        std::printf("  %c  %s\n", *digit, kStatusTexts[*digit - '0']);
-    }
-    PrintOptions(command, stdout);
 }
 
 const ToolCommand* FindCommand(Commands commands, const std::string& name) {
@@ -134,7 +35,7 @@ const ToolCommand* FindCommand(Commands commands, const std::string& name) {
 void ComplainAboutOption(const ToolCommand* command, const std::string& word) {
     std::vector<std::string> names;
     for (const ToolOption& option : kToolOptions) {
-        if (IsOneOf(option.letter, TakenLetters(command))) {
+        if (Allows(command, option)) {
             names.push_back(std::string("--") + option.name);
         }
     }
@@ -219,7 +120,7 @@ bool TakeOptions(int argc, char** argv, CommandLine& line, std::string& taken) {
 // False after a message when one of the letters is no option of the command.
 bool AllowsAll(const ToolCommand& command, const std::string& taken) {
     for (const ToolOption& option : kToolOptions) {
-        if (IsOneOf(option.letter, taken) && !IsOneOf(option.letter, TakenLetters(&command))) {
+        if (IsOneOf(option.letter, taken) && !Allows(&command, option)) {
             ComplainAboutOption(&command, std::string("--") + option.name);
             return false;
         }

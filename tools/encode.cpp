@@ -7,6 +7,7 @@
 #include "tools/exit_status.h"
 #include "tools/prepared_call.h"
 #include "tools/reply.h"
+#include "tools/table.h"
 #include "tools/text.h"
 
 namespace {

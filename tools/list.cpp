@@ -10,6 +10,7 @@
 #include "tools/commands.h"
 #include "tools/exit_status.h"
 #include "tools/json.h"
+#include "tools/table.h"
 #include "tools/text.h"
 #include "tools/type_names.h"
 

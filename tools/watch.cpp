@@ -5,6 +5,7 @@
 #include "tools/commands.h"
 #include "tools/prepared_call.h"
 #include "tools/report.h"
+#include "tools/table.h"
 #include "tools/text.h"
 #include "tools/watch_screen.h"
 

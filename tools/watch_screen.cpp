@@ -9,6 +9,7 @@
 #include <limits>
 
 #include "format/printable.h"
+#include "tools/table.h"
 #include "tools/text.h"
 
 namespace {

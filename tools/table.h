@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+// Rows of cells, in columns for people and as CSV for programs.
+
+// The code points of a text in UTF-8: the columns that it takes, where none is wide.
+std::size_t Columns(const std::string& text);
+
+// The first so many code points.
+std::string CutToColumns(const std::string& text, std::size_t columns);
+
+// Rows of equally many cells as lines of one length, with the cells in columns.
+std::vector<std::string> TableLines(const std::vector<std::vector<std::string>>& rows);
+
+// Prints such lines without the blanks at their ends, each behind `indent`.
+void PrintTable(const std::vector<std::vector<std::string>>& rows, const char* indent);
+
+// A row of CSV by RFC 4180, without a line end: the cells of both, in quotes where they need them.
+std::string CsvRow(std::vector<std::string> cells, const std::vector<std::string>& further);

@@ -26,7 +26,7 @@ namespace fs = std::filesystem;
 // For the shell: the programs, through a link whose path needs no quotes, and the service in the
 // background once it serves.
 constexpr char kPrograms[] =
-    "exec 2>stderr; ln -sfn '" KO_BIN_DIR "' bin; BIN=\"" KO_EMULATOR
+    "exec 2>stderr; export SHELL=/bin/sh; ln -sfn '" KO_BIN_DIR "' bin; BIN=\"" KO_EMULATOR
     " $PWD/bin\"; KO=$BIN/ko_cmd_debug; TOOL=$BIN/ko_cmd_tool; SERVICE=$BIN/ko_tv_service; "
     "SCRIPTS='" KO_SOURCE_DIR
     "/script'; "

@@ -7,7 +7,6 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <regex>
 #include <sstream>
 #include <utility>
 
@@ -54,13 +53,12 @@ struct TableRow {
 // A table's row as it was played: what the program printed in one row, its rules as "=", behind
 // the arguments of what it posted.
 std::string PlayedRow(const TableRow& row, const std::string& request, std::string printed) {
-    static const std::regex kRule("={27}\n");
     constexpr std::size_t kArguments = 36;  // characters, for header and instruction
     std::string outcome = request.size() > kArguments && row.reply.empty()
                               ? request.substr(kArguments)
                               : std::string();
     std::replace(outcome.begin(), outcome.end(), '\n', ' ');
-    outcome += std::regex_replace(printed, kRule, "=\n");
+    outcome += Replace(printed, std::string(27, '=') + "\n", "=\n");
     std::replace(outcome.begin(), outcome.end(), '\n', '/');
     outcome.erase(outcome.find_last_not_of(" /") + 1);
     return Expand(row.left) + " =>" + (outcome.empty() ? "" : " " + outcome) + "\n";
@@ -250,8 +248,10 @@ class CaseTest : public testing::TestWithParam<fs::path> {};
 
 TEST_P(CaseTest, HappensAsWritten) {
     Case played;
-    static const std::regex kComment("\n//[^\n]*");
-    std::string text = std::regex_replace("\n" + ReadFile(GetParam()), kComment, "");
+    std::string text;
+    for (const std::string& row : Split(ReadFile(GetParam()), "\n")) {
+        text += row.rfind("//", 0) == 0 ? "" : "\n" + row;
+    }
     text.pop_back();
     for (const std::string& section : Split(text, "\n--- ")) {
         const std::size_t end = section.find('\n');

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <regex>
 #include <sstream>
 
 #include <gtest/gtest.h>
@@ -24,6 +23,35 @@ bool Matches(std::string_view text, std::string_view pattern) {
         }
     }
     return text == pattern;
+}
+
+// Appends what the mark at the beginning of the text stands for. Returns the mark's length, 0 when
+// there is none.
+std::size_t TakeRepetition(std::string_view text, std::string& expanded) {
+    const std::size_t star = std::min(text.find('*'), text.size() - 1);
+    const std::size_t end = text.find_first_not_of("0123456789", star + 1);
+    if (end == std::string_view::npos || end == star + 1 || text[end] != '}') {
+        return 0;
+    }
+    const std::string once(text.substr(1, star - 1));
+    for (int n = 0; n < std::stoi(std::string(text.substr(star + 1))); ++n) {
+        expanded += Expand(Replace(once, "(n)", std::to_string(n)));
+    }
+    return end + 1;
+}
+
+std::size_t TakeEscape(std::string_view text, std::string& expanded) {
+    constexpr std::string_view kLetters = "rtb";
+    const char letter = text.size() > 1 ? text[1] : '\\';
+    if (letter == 'x') {
+        expanded += static_cast<char>(std::stoi(std::string(text.substr(2, 2)), nullptr, 16));
+        return 4;
+    }
+    if (kLetters.find(letter) != std::string_view::npos) {
+        expanded += "\r\t\b"[kLetters.find(letter)];
+        return 2;
+    }
+    return letter == '\n' ? 2 : 0;
 }
 
 // Appends a row as it is written, or the block that it stands for. Returns the line that findings
@@ -62,23 +90,22 @@ std::size_t Append(Words& rows, const std::string& row, bool isCommand) {
 
 }  // namespace
 
-std::string Expand(std::string text) {
-    static const std::regex kMark(R"(\{([^*]+)\*([0-9]+)\}|\\(x[0-9a-f]{2}|[rtb\n]))");
-    static const std::regex kNumber("\\(n\\)");
+std::string Expand(std::string_view text) {
     std::string expanded;
-    for (std::smatch match; std::regex_search(text, match, kMark); text = match.suffix()) {
-        expanded += match.prefix();
-        const std::string escape = match[3];  // empty for a repetition
-        if (escape.size() == 3) {
-            expanded += static_cast<char>(std::stoi(escape.substr(1), nullptr, 16));
-        } else if (!escape.empty() && escape != "\n") {
-            expanded += "\r\t\b"[std::string_view("rtb").find(escape)];
-        }
-        for (int n = 0; match[2].matched && n < std::stoi(match[2]); ++n) {
-            expanded += Expand(std::regex_replace(match[1].str(), kNumber, std::to_string(n)));
-        }
+    while (!text.empty()) {
+        std::size_t taken = text[0] == '{' ? TakeRepetition(text, expanded) : 0;
+        taken += text[0] == '\\' ? TakeEscape(text, expanded) : 0;
+        expanded += taken == 0 ? text.substr(0, 1) : "";
+        text.remove_prefix(std::max<std::size_t>(taken, 1));
     }
-    return expanded + text;
+    return expanded;
+}
+
+std::string Replace(std::string text, std::string_view from, std::string_view to) {
+    for (std::size_t i = 0; (i = text.find(from, i)) != std::string::npos; i += to.size()) {
+        text.replace(i, from.size(), to);
+    }
+    return text;
 }
 
 Words SplitWords(const std::string& text) {

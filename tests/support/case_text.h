@@ -8,7 +8,10 @@ using Words = std::vector<std::string>;
 
 // "\r", "\t", "\b" and "\x1b" are those bytes, a backslash at the end of a row takes the line end
 // away; "{a*300}" is 300 times "a", also over several rows, and each "(n)" in it is its number.
-std::string Expand(std::string text);
+std::string Expand(std::string_view text);
+
+// The text with each `from` made `to`.
+std::string Replace(std::string text, std::string_view from, std::string_view to);
 
 // The words between the blanks of a text, each with the marks of Expand.
 Words SplitWords(const std::string& text);

@@ -34,7 +34,7 @@ struct ToolCommand {
     const char* summary;   // one line
     const char* details;   // further lines of its help
     const char* statuses;  // the digits of the exit statuses that it can end with
-    const char* options;   // the options it takes, by their letters in command_line.cpp
+    const char* options;   // the options it takes, by their letters in tool_options.h
     std::size_t leastWords;
     std::size_t mostWords;
     int (*run)(const CommandLine& line);

@@ -32,7 +32,9 @@ constexpr char kPrograms[] =
     "ln -sfn '" KO_EXAMPLE "' example; EXAMPLE=\"" KO_EMULATOR " $PWD/example\"; CALLS=" KO_CALLS
     "; "
     "serve() { : >service.log; $SERVICE \"$@\" >>service.log 2>&1 & "
-    "until grep -q serving service.log; do kill -0 $! || exit 99; sleep 0.01; done; }\n";
+    "await 'grep -q serving service.log'; }\n"
+    "await() { until eval \"$1\"; do kill -0 $! || exit 99; sleep 0.01; done; }\n"
+    "posted() { await '[ \"$(head -c 1 root/data/vendor/.tv | od -An -tx1)\" = \" 01\" ]'; }\n";
 
 constexpr char kPrompt[] = "TV $";
 
@@ -73,7 +75,8 @@ std::string PlayedRow(const TableRow& row, const std::string& request, std::stri
 //   keys                 runs the console; the body is typed
 //   shell                runs the body with the programs as $KO, $SERVICE and $TOOL and the source
 //                        tree's script folder as $SCRIPTS; "serve" starts the stand-in as $!, with
-//                        its output in service.log
+//                        its output in service.log; "await" waits for a condition and "posted" for
+//                        a request in the page, while $! lives
 //   output               what either printed, then standard error's rows behind "! ", and the exit
 //                        status unless it is 0
 //   logd                 plays the log daemon to the programs behind it
@@ -239,6 +242,7 @@ std::vector<fs::path> CaseFiles() {
     const fs::recursive_directory_iterator entries(SourcePath("tests/cases"));
     std::copy_if(begin(entries), end(entries), std::back_inserter(files),
                  [](const fs::path& path) { return path.extension() == ".case"; });
+    std::sort(files.rbegin(), files.rend());  // the slowest one, turns, is not to be the last
     return files;
 }
 

@@ -26,14 +26,11 @@ public:
         const unsigned int flags = page.header.flags;
         const bool isReply = (flags & kReplyReady) != 0;
         const bool isRequest = !isReply && (flags & kRequestPosted) != 0;
-        Report report(isReply     ? "reply"
-                      : isRequest ? "request"
-                                  : "nothing",
-                      std::chrono::system_clock::now());
-        if (m_waiting && !isReply) {
-            ++m_requestsAlone;
-            report.AddFault("no reply was seen to the request before");
-        }
+        const bool isAlone = m_waiting && !isReply;
+        const char* kind = isReply ? "reply" : isRequest ? "request" : "nothing";
+        Report report(kind, std::chrono::system_clock::now());
+        report.AddFaultIf(isAlone, "no reply was seen to the request before");
+        m_requestsAlone += isAlone ? 1 : 0;
         if (isRequest) {
             TellRequest(page.Data(), report);
         } else if (isReply) {
@@ -41,12 +38,9 @@ public:
         }
         m_waiting = isRequest;
         const std::uint8_t* zero = page.header.zero;
-        if (flags > kReplyReady || (zero[0] | zero[1] | zero[2]) != 0) {
-            report.AddFault("forbidden flags");
-        }
-        if (page.header.length > kDataCapacity) {
-            report.AddFault("forbidden length");
-        }
+        report.AddFaultIf(flags > kReplyReady || (zero[0] | zero[1] | zero[2]) != 0,
+                          "forbidden flags");
+        report.AddFaultIf(page.header.length > kDataCapacity, "forbidden length");
         if (m_line.hex || report.HasFaults()) {
             const auto* bytes = reinterpret_cast<const std::uint8_t*>(&page);
             report.Add("bytes", JsonString(HexBytes(bytes, page.Size())));
@@ -83,10 +77,10 @@ private:
             report.Add("module", JsonString(m_request.cmd->m_strBelongMod));
             report.Add("command", JsonString(m_request.cmd->m_strCmd));
             report.Add("arguments", JsonArray(arguments));
-        } else {
-            report.AddFault(m_request.known ? "the arguments do not decode"
-                                            : "no command has this instruction");
         }
+        report.AddFaultIf(m_request.cmd == nullptr, m_request.known
+                                                        ? "the arguments do not decode"
+                                                        : "no command has this instruction");
         report.Add("instruction", JsonString(Hex(m_request.instruct)));
     }
 
@@ -95,9 +89,9 @@ private:
         android::Parcel reply;
         reply.setData(bytes.data(), bytes.size());
         report.Add("status", std::to_string(reply.readInt32()));
+        report.AddFaultIf(!m_waiting, "no request was seen before");
         if (!m_waiting) {
             ++m_repliesAlone;
-            report.AddFault("no request was seen before");
             return;
         }
         const auto ms = std::chrono::duration_cast<Ms>(Clock::now() - m_requestTime).count();
@@ -108,9 +102,7 @@ private:
             std::vector<ReplyRecord> records;
             reply.setData(bytes.data(), bytes.size());
             const Outcome outcome = ReadReply(*m_request.cmd, reply, records);
-            if (outcome.status == kExitPage) {
-                report.AddFault(outcome.reason);
-            }
+            report.AddFaultIf(outcome.status == kExitPage, outcome.reason);
             report.Add("records", JsonArray(RecordsJson(*m_request.cmd, records, m_int64)));
         }
     }

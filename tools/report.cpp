@@ -16,6 +16,12 @@ void Report::Add(const std::string& name, const std::string& value) {
     m_text += " " + name + "=" + value.substr(quote, value.size() - 2 * quote);
 }
 
+void Report::AddFaultIf(bool found, const std::string& fault) {
+    if (found) {
+        m_faults.push_back(JsonString(fault));
+    }
+}
+
 void Report::Print(bool json) {
     if (HasFaults()) {
         Add("faults", JsonArray(m_faults));

@@ -14,7 +14,7 @@ public:
     // `value` is JSON; the text has it without quotes around it.
     void Add(const std::string& name, const std::string& value);
 
-    void AddFault(const std::string& fault) { m_faults.push_back(JsonString(fault)); }
+    void AddFaultIf(bool found, const std::string& fault);
     bool HasFaults() const { return !m_faults.empty(); }
 
     // Prints it to standard output at once, the faults last.

@@ -132,8 +132,13 @@ std::vector<std::string> WatchScreen::Lines(std::size_t width) const {
     for (std::size_t i = 0; i < m_values.size(); ++i) {
         lines[i + 1] += m_values[i].Graph(bars);
     }
-    lines.insert(lines.begin(), {m_title + " samples=" + std::to_string(m_count) +
-                                     " failed=" + std::to_string(m_failed),
-                                 m_state});
+    std::vector<std::string> above = {m_title + " samples=" + std::to_string(m_count) +
+                                      " failed=" + std::to_string(m_failed)};
+    std::string state = m_state;
+    do {
+        above.push_back(CutToColumns(state, width));
+        state.erase(0, above.back().size());
+    } while (!state.empty());
+    lines.insert(lines.begin(), above.begin(), above.end());
     return lines;
 }

@@ -48,8 +48,8 @@ struct Sample {
 //   ESC [ ? 25 l, h     hides the cursor, shows it
 //   ESC [ ? 7 l, h      cuts a line with characters of two columns, wraps again
 //   ESC [ H, K, J       to the upper left corner; clears the rest of the line, of the screen
-// On a narrow terminal mean, most and least give way to the bars, and lines are cut. Those beyond
-// its height are counted in the last one.
+// On a narrow terminal mean, most and least give way to the bars, why a call has failed takes more
+// lines, and others are cut. Those beyond its height are counted in the last one.
 class WatchScreen {
 public:
     static constexpr char kEnter[] = "\x1b[?1049h\x1b[?25l\x1b[?7l";

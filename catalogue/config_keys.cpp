@@ -33,7 +33,7 @@ std::string ReadTitle(const std::string& row, std::FILE* messages) {
 }
 
 void ReadValue(const ConfigKey& key, const RowParts& row, std::FILE* messages, std::string& field) {
-    field = ValueFits(key, row, messages) ? std::string(row.value) : std::string();
+    field = ValueFits(key, row, messages) ? row.value : std::string_view();
 }
 
 void ReadValue(const ConfigKey& key, const RowParts& row, std::FILE* messages,

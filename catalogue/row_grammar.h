@@ -66,8 +66,13 @@ constexpr RowParts CutRow(std::string_view row) {
     if (equals == std::string_view::npos) {
         return {equals, 0, {}, {}};
     }
-    return {equals, row.size() - equals, ConfigText(row.substr(0, equals)),
-            ConfigText(row.substr(equals + 1))};
+    // Looked for once in the whole row: hardly any has a NUL byte.
+    const bool hasNul = row.find('\0') != std::string_view::npos;
+    const auto counting = [hasNul](std::string_view text) {
+        return hasNul ? ConfigText(text) : TrimConfigText(text);
+    };
+    return {equals, row.size() - equals, counting(row.substr(0, equals)),
+            counting(row.substr(equals + 1))};
 }
 
 // True when the key of the row, which is within its limit, counts as the key word. A key that is a

@@ -73,7 +73,7 @@ bool KoFile::Fill() {
 std::size_t KoFile::RowLength() {
     std::size_t searched = 0;
     for (;;) {
-        const std::size_t lineEnd = m_text.find('\n', m_next + searched);
+        const std::size_t lineEnd = std::string_view(m_text).find('\n', m_next + searched);
         if (lineEnd != std::string::npos) {
             return lineEnd - m_next;
         }

@@ -102,11 +102,13 @@ void WatchScreen::Draw() const {
         lines.resize(height);
         lines.back() = std::to_string(hidden) + " more lines";
     }
+    // Cleared first, what is below from a row of its own: behind a full row the cursor stands on
+    // its last character.
     std::string text = "\x1b[H";
     for (const std::string& line : lines) {
-        text += (&line == &lines.front() ? "" : "\r\n") + CutToColumns(line, width) + "\x1b[K";
+        text += (&line == &lines.front() ? "\x1b[K" : "\r\n\x1b[K") + CutToColumns(line, width);
     }
-    std::fputs((text + "\x1b[J").c_str(), stdout);
+    std::fputs((text + (lines.size() < height ? "\r\n\x1b[J" : "")).c_str(), stdout);
     std::fflush(stdout);
 }
 

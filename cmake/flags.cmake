@@ -8,9 +8,13 @@ target_compile_options(ko_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -fstack-protector-strong)
 target_link_libraries(ko_flags INTERFACE Threads::Threads)
 
+# Backtraces with functions and rows; variables, for which CMAKE_BUILD_TYPE=Debug is there, would take as long to compile
+# as everything else.
+add_compile_options($<$<CONFIG:RelWithDebInfo>:-g1>)
+
 if(KO_SANITIZE)
     set(sanitize -fsanitize=${KO_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
-    add_compile_options(${sanitize})
+    add_compile_options(-O1 ${sanitize})  # as the sanitizers' manuals advise
     add_link_options(${sanitize})
 else()
     # Needs the optimiser, and hides from the sanitizers what it catches itself.

@@ -13,6 +13,8 @@ namespace {
 static_assert(sizeof(off_t) == 8, "locks need _FILE_OFFSET_BITS=64 on a 32-bit system");
 
 constexpr mode_t kFileMode = 0660;
+constexpr std::chrono::seconds kBusyTime{2};
+constexpr int kIdleSteps = 10;
 
 bool Fail(std::string& reason) {
     reason = std::strerror(errno);
@@ -45,6 +47,8 @@ bool Sleep(std::chrono::nanoseconds time) {
 bool TvServicePage::Open(const std::string& path, std::string& error) {
     Close();
     if (OpenFile(path, error) && LockFile(error) && MapFile(error)) {
+        m_requestSeen.emplace();
+        m_lastExchange = Clock::now();
         return true;
     }
     Close();
@@ -123,20 +127,27 @@ bool TvServicePage::Touch(Access access) const {
 
 bool TvServicePage::WaitRequest(std::chrono::nanoseconds timeout,
                                 std::vector<std::uint8_t>& request) {
-    const auto end = std::chrono::steady_clock::now() + timeout;
+    const auto end = Clock::now() + timeout;
     for (;;) {
         if (TakeRequest(request)) {
             return true;
         }
-        if (std::chrono::steady_clock::now() >= end || !Sleep(m_step)) {
+        if (Clock::now() >= end || !Sleep(NextStep())) {
             return false;
         }
     }
 }
 
+// False as long as no request is there, or has not been for kSettleSteps.
 bool TvServicePage::TakeRequest(std::vector<std::uint8_t>& request) {
     SharePageHeader header = {};
     if (!Touch([&] { header = LoadHeader(*m_page); }) || (header.flags & kRequestPosted) == 0) {
+        m_requestSeen.reset();
+        return false;
+    }
+    const auto now = Clock::now();
+    m_requestSeen = m_requestSeen.value_or(now);
+    if (now - *m_requestSeen < kSettleSteps * m_step) {
         return false;
     }
     request.resize(header.length <= kDataCapacity ? header.length : 0);
@@ -144,10 +155,17 @@ bool TvServicePage::TakeRequest(std::vector<std::uint8_t>& request) {
            Touch([&] { std::memcpy(request.data(), m_page->data, request.size()); });
 }
 
+std::chrono::nanoseconds TvServicePage::NextStep() const {
+    const bool idle = !m_requestSeen && Clock::now() - m_lastExchange > kBusyTime;
+    return idle ? kIdleSteps * m_step : m_step;
+}
+
 bool TvServicePage::PostReply(const std::uint8_t* reply, std::size_t size) {
     if (reply == nullptr || size == 0 || size > kDataCapacity) {
         return false;
     }
+    m_requestSeen.reset();
+    m_lastExchange = Clock::now();
     return Touch([&] {
         std::memcpy(m_page->data, reply, size);
         StoreHeader(*m_page, kReplyReady, size);

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,8 +15,13 @@
 // page/share_page.h, and a handler of its own.
 class TvServicePage {
 public:
-    // The service looks for a request in steps of this length.
-    static constexpr std::chrono::milliseconds kLookStep{1};
+    // The service polls for a request in steps of this length, and once it has had nothing to do
+    // for two seconds in steps of ten times that.
+    static constexpr std::chrono::milliseconds kPollStep{1};
+
+    // A request is taken so many steps after the poll that first saw it: whoever observes the page
+    // in steps of the same length sees every request then.
+    static constexpr int kSettleSteps = 2;
 
     // Runs `access(argument)` and says whether it could touch the page. RunGuarded of
     // page/page_guard.h is one; it needs the process's SIGBUS.
@@ -23,7 +29,7 @@ public:
 
     // Without a guard the page is touched as it is: should somebody cut the page's file to nothing,
     // the next access raises SIGBUS.
-    explicit TvServicePage(Guard guard = nullptr, std::chrono::nanoseconds step = kLookStep)
+    explicit TvServicePage(Guard guard = nullptr, std::chrono::nanoseconds step = kPollStep)
         : m_guard(guard), m_step(step) {}
     ~TvServicePage() { Close(); }
     TvServicePage(const TvServicePage&) = delete;
@@ -40,9 +46,10 @@ public:
     // then nothing keeps a second service off the page.
     int LockError() const { return m_lockError; }
 
-    // Waits up to `timeout` and copies the next request out of the page. False when none came, a
+    // Waits up to `timeout` and copies the next request out of the page. False if none came, a
     // signal handler ran, or the page cannot be read. A request with a length beyond the page comes
-    // without bytes, for the handler to refuse.
+    // without bytes, for the handler to refuse. The first call after Open returns a request that is
+    // already in the page at once, even with a timeout of 0.
     bool WaitRequest(std::chrono::nanoseconds timeout, std::vector<std::uint8_t>& request);
 
     // Writes the reply, then its length and the ready flag in one step, and withdraws the request
@@ -51,11 +58,14 @@ public:
     bool PostReply(const std::uint8_t* reply, std::size_t size);
 
 private:
+    using Clock = std::chrono::steady_clock;
+
     void Close();
     bool OpenFile(const std::string& path, std::string& reason);
     bool LockFile(std::string& reason);
     bool MapFile(std::string& reason);
     bool TakeRequest(std::vector<std::uint8_t>& request);
+    std::chrono::nanoseconds NextStep() const;
     template <typename Access>
     bool Touch(Access access) const;
 
@@ -64,4 +74,7 @@ private:
     int m_file = -1;  // kept open for its lock
     int m_lockError = 0;
     SharePage* m_page = nullptr;
+    // When a poll first saw the request; the epoch until a poll has found the page without one.
+    std::optional<Clock::time_point> m_requestSeen;
+    Clock::time_point m_lastExchange;
 };

@@ -57,6 +57,25 @@ TEST_F(PageTest, TheGuardNestsUnblocksItsSignalAndPassesOthersOn) {
     EXPECT_EQ(1, passedOn);
 }
 
+// Steps of an hour: what is taken now was not waited for.
+TEST_F(PageTest, ANewRequestIsLeftToObserversFirst) {
+    TvServicePage service(RunGuarded, std::chrono::hours(1));
+    std::string error;
+    const auto isTaken = [&] {
+        std::vector<std::uint8_t> request;
+        return service.WaitRequest(std::chrono::nanoseconds(0), request);
+    };
+    SharePageClient client(m_page.Get());
+    constexpr std::uint8_t kMessage[4] = {};
+    m_page.Die();
+    ASSERT_EQ(PageResult::kDone, client.Post(kMessage, sizeof(kMessage)));
+    ASSERT_TRUE(service.Open(kTestPage, error)) << error;
+    EXPECT_TRUE(isTaken()) << "it was there before the service";
+    EXPECT_TRUE(service.PostReply(kMessage, sizeof(kMessage)));
+    ASSERT_EQ(PageResult::kDone, client.Post(kMessage, sizeof(kMessage)));
+    EXPECT_FALSE(isTaken());
+}
+
 TEST_F(PageTest, WithoutLocksEveryTurnIsGrantedAndTheLogSaysSoOnce) {
     // A descriptor that cannot write gets no exclusive lock.
     PageLock lock(UniqueFd(open(kTestPage, O_RDONLY | O_CLOEXEC)).Get());

@@ -47,8 +47,8 @@ bool Sleep(std::chrono::nanoseconds time) {
 bool TvServicePage::Open(const std::string& path, std::string& error) {
     Close();
     if (OpenFile(path, error) && LockFile(error) && MapFile(error)) {
-        m_requestSeen.emplace();
         m_lastExchange = Clock::now();
+        m_requestSeen = m_lastExchange - kSettleSteps * m_step;
         return true;
     }
     Close();

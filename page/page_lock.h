@@ -1,51 +1,40 @@
 #pragma once
 
-#include <chrono>
-#include <optional>
-
 #include "platform/unique_fd.h"
 
-// A client's lock on the page: who holds it may post a request and take the reply. Where locks are
-// not to be had every turn is granted, and the log has one entry that says so. One thread.
+// A client's lock on the page: its holder may post a request and take the reply. Without lock
+// support every turn is granted, and the log has one entry that says so. One thread.
 class PageLock {
 public:
-    using Deadline = std::optional<std::chrono::steady_clock::time_point>;
-
     // Grants every turn.
     PageLock() = default;
 
-    // Locks the file behind `pageFile` through a descriptor of its own, so that the caller may
-    // close that one and the name may come to mean another file.
+    // Locks the page file through a descriptor of its own, so that the caller may close `pageFile`
+    // and the name may come to mean another file.
     explicit PageLock(int pageFile);
 
-    // Waits until nobody else has the turn. False when others kept it until the deadline, for which
-    // the process's SIGALRM and its timer are used.
-    bool Take(Deadline deadline = std::nullopt);
+    // Waits until nobody else has the turn, without a limit: a client that only polled would rarely
+    // find the page free between others' exchanges.
+    void Take();
     void Release();
 
 private:
-    bool TryUntil(Deadline deadline, int& error);
-
     UniqueFd m_file;
+    int m_error = 0;  // why there is no lock, until the log has it
 };
+
+// For the result of a lock that was asked for: logs an error other than 0, and returns 0, as the
+// turn is granted all the same.
+int GrantWithoutLock(int error);
 
 // Holds a turn from construction to destruction.
 class PageTurn {
 public:
-    explicit PageTurn(PageLock& lock, PageLock::Deadline deadline = std::nullopt)
-        : m_lock(lock), m_taken(lock.Take(deadline)) {}
-    ~PageTurn() {
-        if (m_taken) {
-            m_lock.Release();
-        }
-    }
+    explicit PageTurn(PageLock& lock) : m_lock(lock) { lock.Take(); }
+    ~PageTurn() { m_lock.Release(); }
     PageTurn(const PageTurn&) = delete;
     PageTurn& operator=(const PageTurn&) = delete;
 
-    // False when others kept the turn until the deadline.
-    bool Taken() const { return m_taken; }
-
 private:
     PageLock& m_lock;
-    bool m_taken;
 };

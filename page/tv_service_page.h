@@ -74,8 +74,8 @@ private:
     int m_file = -1;  // kept open for its lock
     int m_lockError = 0;
     SharePage* m_page = nullptr;
-    // When a poll first saw the request that is in the page. One that may be there at Open counts as
-    // seen long enough.
+    // When a poll first saw the request that is in the page. One that may be there at Open counts
+    // as seen long enough.
     std::optional<Clock::time_point> m_requestSeen;
     Clock::time_point m_lastExchange;
 };

@@ -11,23 +11,17 @@
 
 namespace {
 
-// The console words no failure of the page for its user; the log tells which it was.
-bool Succeeded(PageResult result) {
-    if (result == PageResult::kDone) {
-        return true;
-    }
-    KoLog::PrintLog(ATV_LOG_PRIO_ERROR, kLogTag, "CopyCmdToBuf", __LINE__, "exchange failed: %s",
-                    PageResultText(result));
-    return false;
-}
-
 // One turn at the page. Neither the turn nor the answer has a time limit: only the engineer knows
 // when to give up.
-bool Exchange(PageLock& lock, const android::Parcel& request, std::vector<std::uint8_t>& reply) {
+PageResult Exchange(PageLock& lock, const android::Parcel& request,
+                    std::vector<std::uint8_t>& reply) {
     const PageTurn turn(lock);
     SharePageClient client(g_pSharePage);
-    return Succeeded(client.Post(request.data(), request.dataSize())) && Succeeded(client.Wait()) &&
-           Succeeded(client.TakeReply(reply));
+    PageResult result = client.Post(request.data(), request.dataSize());
+    if (result == PageResult::kDone) {
+        result = client.Wait();
+    }
+    return result == PageResult::kDone ? client.TakeReply(reply) : result;
 }
 
 }  // namespace
@@ -40,7 +34,11 @@ int KoCmdDebug::CopyCmdToBuf(const char* cmd, android::Parcel& request) {
     // The wait has no limit and may end with the process; then nothing that was printed is lost.
     std::fflush(stdout);
     std::vector<std::uint8_t> bytes;
-    if (!Exchange(m_pageLock, request, bytes)) {
+    const PageResult result = Exchange(m_pageLock, request, bytes);
+    if (result != PageResult::kDone) {
+        // No message says which failure of the page it was; the log does.
+        KoLog::PrintLog(ATV_LOG_PRIO_ERROR, kLogTag, __func__, __LINE__, "exchange failed: %s",
+                        PageResultText(result));
         return -1;
     }
     android::Parcel reply;

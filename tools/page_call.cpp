@@ -8,11 +8,10 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "page/page_lock.h"
+#include "page/page_queue.h"
 #include "page/share_page_client.h"
 #include "platform/device_root.h"
 
@@ -152,13 +151,16 @@ Outcome Exchange::Run(const android::Parcel& request, std::vector<std::uint8_t>&
     if (mapped.status != kExitDone) {
         return mapped;
     }
-    PageLock lock(m_file.Get());
-    std::optional<PageTurn> turn;
-    const auto takeTurn = [&](Clock::time_point end) { return turn.emplace(lock, end).Taken(); };
-    if (!Try(takeTurn)) {
+    PageQueue turn(m_file.Get());
+    int refused = EAGAIN;
+    Try([&](Clock::time_point end) {
+        refused = turn.Wait(end);
+        return refused != EAGAIN;
+    });
+    if (refused == EAGAIN) {
         return Fault(kExitBusy, "others used it" + Within() + "; nothing was sent");
     }
-    return RunInTurn(request, reply);
+    return refused == 0 ? RunInTurn(request, reply) : Fault(kExitPage, std::strerror(refused));
 }
 
 Outcome Exchange::RunInTurn(const android::Parcel& request, std::vector<std::uint8_t>& reply) {

@@ -5,6 +5,7 @@
 #include <syslog.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
@@ -18,6 +19,7 @@
 namespace {
 
 constexpr char kLogSocket[] = KO_DEVICE_ROOT "/dev/socket/logdw";
+constexpr char kSyslogSocket[] = KO_DEVICE_ROOT "/dev/log";
 constexpr std::size_t kTextSize = 512;  // bytes of an entry's text, terminator included
 constexpr std::uint8_t kMainBuffer = 0;
 
@@ -45,13 +47,25 @@ std::string Datagram(ATV_LOG_PRIO_E priority, const char* tag, const std::string
     return bytes;
 }
 
-// Hands the datagram to the log daemon. False when it takes none now. Entries are rare: with a
-// socket for each, a daemon that starts anew is found again and threads share nothing.
-bool SendToDaemon(const std::string& datagram) {
+// What syslog(3) would send; that waits for a daemon that has stalled.
+std::string SyslogDatagram(ATV_LOG_PRIO_E priority, const char* tag, const std::string& message) {
+    const std::time_t now = std::time(nullptr);
+    std::tm local = {};
+    localtime_r(&now, &local);
+    char time[32];
+    std::strftime(time, sizeof(time), "%b %e %T", &local);
+    const int level = priority == ATV_LOG_PRIO_ERROR ? LOG_ERR : LOG_WARNING;
+    return "<" + std::to_string(LOG_USER | level) + ">" + time + " " +
+           program_invocation_short_name + ": " + tag + ": " + message;
+}
+
+// False if the daemon takes no entry now; nothing waits for it. Entries are rare: with a socket for
+// each, a daemon that starts anew is found again and threads share nothing.
+bool Send(const char* daemon, const std::string& datagram) {
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
     const UniqueFd fd(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
-    return strcpy_s(address.sun_path, sizeof(address.sun_path), kLogSocket) == 0 &&
+    return strcpy_s(address.sun_path, sizeof(address.sun_path), daemon) == 0 &&
            sendto(fd.Get(), datagram.data(), datagram.size(), MSG_DONTWAIT | MSG_NOSIGNAL,
                   reinterpret_cast<const sockaddr*>(&address), sizeof(address)) >= 0;
 }
@@ -67,8 +81,7 @@ void KoLog::PrintLog(ATV_LOG_PRIO_E priority, const char* tag, const char* funct
     va_end(values);
     const std::string message =
         std::string("[") + function + ":" + std::to_string(line) + "] " + text;
-    if (!SendToDaemon(Datagram(priority, tag, message))) {
-        const int level = priority == ATV_LOG_PRIO_ERROR ? LOG_ERR : LOG_WARNING;
-        syslog(LOG_USER | level, "%s: %s", tag, message.c_str());
+    if (!Send(kLogSocket, Datagram(priority, tag, message))) {
+        Send(kSyslogSocket, SyslogDatagram(priority, tag, message));
     }
 }

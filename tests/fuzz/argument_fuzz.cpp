@@ -4,7 +4,7 @@
 #include "console/ko_cmd_debug.h"
 #include "format/parcel_fields.h"
 #include "tests/fuzz/fuzz_input.h"
-#include "tools/strict_argument.h"
+#include "tools/call/argument_check.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tests/fuzz/fuzz_input.h"
-#include "tools/reply.h"
+#include "tools/call/reply.h"
 
 namespace {
 

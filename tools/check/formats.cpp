@@ -6,8 +6,8 @@
 #include "format/argument_text.h"
 #include "format/format_letters.h"
 #include "page/share_page.h"
+#include "tools/call/argument_check.h"
 #include "tools/check/check.h"
-#include "tools/strict_argument.h"
 #include "tools/text.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "tools/prepared_call.h"
+#include "tools/call/prepared_request.h"
 
 #include <algorithm>
 #include <iterator>
@@ -10,9 +10,9 @@
 #include "format/argument_text.h"
 #include "format/format_letters.h"
 #include "format/printable.h"
+#include "tools/call/argument_check.h"
 #include "tools/catalogue_source.h"
 #include "tools/nearest.h"
-#include "tools/strict_argument.h"
 #include "tools/text.h"
 #include "tools/type_names.h"
 

@@ -1,4 +1,4 @@
-#include "tools/beat.h"
+#include "tools/interval_timer.h"
 
 #include <algorithm>
 
@@ -10,7 +10,7 @@ constexpr int kEnding[] = {SIGINT, SIGTERM, SIGHUP};
 
 }  // namespace
 
-Beat::Beat(std::chrono::milliseconds interval, const std::vector<int>& others)
+IntervalTimer::IntervalTimer(std::chrono::milliseconds interval, const std::vector<int>& others)
     : m_interval(std::max(interval, std::chrono::milliseconds{1})) {
     std::vector<int> signals(others);
     signals.insert(signals.end(), std::begin(kEnding), std::end(kEnding));
@@ -25,7 +25,7 @@ Beat::Beat(std::chrono::milliseconds interval, const std::vector<int>& others)
     pthread_sigmask(SIG_BLOCK, &m_signals, nullptr);
 }
 
-int Beat::Wait() {
+int IntervalTimer::Wait() {
     const auto next = m_last + ((Clock::now() - m_last) / m_interval + 1) * m_interval;
     for (auto left = next - Clock::now(); left.count() > 0; left = next - Clock::now()) {
         const timespec limit = TimeSpec(left);
@@ -38,7 +38,7 @@ int Beat::Wait() {
     return 0;
 }
 
-bool Beat::IsOver() {
+bool IntervalTimer::IsOver() {
     sigset_t pending;
     sigpending(&pending);
     return std::any_of(std::begin(kEnding), std::end(kEnding),

@@ -2,9 +2,9 @@
 
 #include "catalogue/ko_file_parse.h"
 #include "platform/parcel.h"
+#include "tools/call/exchange.h"
+#include "tools/call/reply.h"
 #include "tools/command_line.h"
-#include "tools/page_call.h"
-#include "tools/reply.h"
 
 // What "encode" shows and "call" sends.
 struct PreparedCall {

@@ -2,11 +2,11 @@
 #include <map>
 
 #include "catalogue/cmds_by_number.h"
-#include "tools/beat.h"
+#include "tools/call/reply.h"
 #include "tools/catalogue_source.h"
 #include "tools/commands.h"
-#include "tools/page_observer.h"
-#include "tools/reply.h"
+#include "tools/interval_timer.h"
+#include "tools/monitor/page_observer.h"
 #include "tools/report.h"
 #include "tools/text.h"
 
@@ -132,7 +132,7 @@ int RunMonitor(const CommandLine& line) {
         Complain(opened.reason);
         return opened.status;
     }
-    Beat beat(Ms{1});
+    IntervalTimer timer(Ms{1});
     Monitor monitor(line, catalogue);
     // A reply that is there at the start is none of this time.
     bool isNew = page.Look() && page.Last().header.flags != kReplyReady;
@@ -141,7 +141,7 @@ int RunMonitor(const CommandLine& line) {
             monitor.Tell(page.Last());
             --left;
         }
-        if (left == 0 || std::ferror(stdout) != 0 || beat.Wait() != 0) {
+        if (left == 0 || std::ferror(stdout) != 0 || timer.Wait() != 0) {
             break;
         }
     }

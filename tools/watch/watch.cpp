@@ -1,13 +1,13 @@
 #include <cstdio>
 
 #include "format/printable.h"
-#include "tools/beat.h"
+#include "tools/call/prepared_request.h"
 #include "tools/commands.h"
-#include "tools/prepared_call.h"
+#include "tools/interval_timer.h"
 #include "tools/report.h"
 #include "tools/table.h"
 #include "tools/text.h"
-#include "tools/watch_screen.h"
+#include "tools/watch/screen.h"
 
 namespace {
 
@@ -35,8 +35,8 @@ void PrintJson(const KoFileParse::KoCmdInfo& cmd, const Sample& sample, JsonInt6
 }
 
 // False when the watch is to end. A stopped one leaves the screen to others.
-bool AwaitBeat(Beat& beat, const WatchScreen& screen) {
-    for (int signal = beat.Wait(); signal != 0; signal = beat.Wait()) {
+bool AwaitBeat(IntervalTimer& timer, const WatchScreen& screen) {
+    for (int signal = timer.Wait(); signal != 0; signal = timer.Wait()) {
         if (signal == SIGTSTP) {
             std::fputs(WatchScreen::kLeave, stdout);
             std::fflush(stdout);
@@ -59,7 +59,8 @@ int RunWatch(const CommandLine& line) {
     }
     const Cells names = ValueNames(*call.cmd);
     const bool drawn = OutputIsTerminal() && !line.csv && !line.json;
-    Beat beat(line.interval, drawn ? std::vector<int>{SIGWINCH, SIGTSTP} : std::vector<int>());
+    IntervalTimer timer(line.interval,
+                        drawn ? std::vector<int>{SIGWINCH, SIGTSTP} : std::vector<int>());
     WatchScreen screen(Printable(line.words[0] + " " + line.words[1]), names);
     if (drawn) {
         std::fputs(WatchScreen::kEnter, stdout);
@@ -70,7 +71,7 @@ int RunWatch(const CommandLine& line) {
     for (std::size_t left = line.count; left != 0; --left) {
         Sample sample = {std::chrono::system_clock::now(), {}, {}};
         android::Parcel reply;
-        const auto goOn = [] { return !Beat::IsOver(); };
+        const auto goOn = [] { return !IntervalTimer::IsOver(); };
         sample.outcome = Send(call, {line.timeout, false, goOn}, reply, sample.records);
         if (drawn) {
             screen.Add(sample);
@@ -80,7 +81,7 @@ int RunWatch(const CommandLine& line) {
         } else {
             PrintCsv(names.size(), sample);
         }
-        if (std::fflush(stdout) != 0 || left == 1 || !AwaitBeat(beat, screen)) {
+        if (std::fflush(stdout) != 0 || left == 1 || !AwaitBeat(timer, screen)) {
             break;
         }
     }

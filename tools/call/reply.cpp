@@ -1,4 +1,4 @@
-#include "tools/reply.h"
+#include "tools/call/reply.h"
 
 #include <set>
 

@@ -1,4 +1,4 @@
-#include "tools/page_call.h"
+#include "tools/call/exchange.h"
 
 #include <fcntl.h>
 #include <unistd.h>

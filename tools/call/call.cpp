@@ -1,6 +1,6 @@
+#include "tools/call/prepared_request.h"
 #include "tools/commands.h"
 #include "tools/json.h"
-#include "tools/prepared_call.h"
 #include "tools/text.h"
 
 int RunCall(const CommandLine& line) {

@@ -1,4 +1,4 @@
-#include "tools/page_observer.h"
+#include "tools/monitor/page_observer.h"
 
 #include <fcntl.h>
 

@@ -3,10 +3,10 @@
 #include "format/format_letters.h"
 #include "format/parcel_fields.h"
 #include "page/share_page.h"
+#include "tools/call/prepared_request.h"
+#include "tools/call/reply.h"
 #include "tools/commands.h"
 #include "tools/exit_status.h"
-#include "tools/prepared_call.h"
-#include "tools/reply.h"
 #include "tools/table.h"
 #include "tools/text.h"
 

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "tools/page_call.h"
+#include "tools/call/exchange.h"
 
 // What stood in the page, from its start on.
 struct PageCopy {

@@ -1,4 +1,4 @@
-#include "tools/watch_screen.h"
+#include "tools/watch/screen.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "tools/reply.h"
+#include "tools/call/reply.h"
 
 using Time = std::chrono::system_clock::time_point;
 

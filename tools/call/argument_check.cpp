@@ -1,4 +1,4 @@
-#include "tools/strict_argument.h"
+#include "tools/call/argument_check.h"
 
 #include <algorithm>
 #include <cstdint>

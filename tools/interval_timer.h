@@ -6,10 +6,10 @@
 
 // The steady schedule of a view that goes on until SIGINT, SIGTERM or SIGHUP. They are blocked from
 // then on, unless the process ignores them. One in a process.
-class Beat {
+class IntervalTimer {
 public:
     // `others` are signals that end nothing, for Wait to return.
-    explicit Beat(std::chrono::milliseconds interval, const std::vector<int>& others = {});
+    explicit IntervalTimer(std::chrono::milliseconds interval, const std::vector<int>& others = {});
 
     // Waits for the next beat; those that have passed since the last one are left out. 0, or the
     // signal that came first.

@@ -32,8 +32,9 @@ struct BlockListener {
 
 // Sets the field of the key that the row is a row of; false for any other row.
 template <typename Record, typename Listener>
-bool TakeKey(const std::string& row, std::FILE* messages, Listener& listener) {
-    const RowParts parts = CutRow(row);
+bool TakeKey(const std::string& row, const KoFile::RowRest& rest, std::FILE* messages,
+             Listener& listener) {
+    const RowParts parts = CutRow(row, rest);
     const KeyField<Record>* key = FindKey<Record>(parts, messages);
     if (key == nullptr) {
         return false;
@@ -54,7 +55,7 @@ int WalkBlocks(KoFile& reader, std::FILE* messages, Listener& listener) {
         if (row.empty()) {
             continue;
         }
-        const bool title = IsTitleRow(row, messages);
+        const bool title = IsTitleRow(row, messages, reader.Rest());
         if (!inBlock && title) {
             listener.Title(row);
             listener.Current().m_strName = ReadTitle(row, messages);
@@ -65,7 +66,7 @@ int WalkBlocks(KoFile& reader, std::FILE* messages, Listener& listener) {
             listener.Stray(row);
             continue;
         }
-        if (TakeKey<Record>(row, messages, listener)) {
+        if (TakeKey<Record>(row, reader.Rest(), messages, listener)) {
             continue;
         }
         listener.End();

@@ -77,12 +77,13 @@ constexpr const auto& KeysOf() {
 // Prints one of the messages about a text over its limit.
 void PrintLength(std::FILE* messages, const char* message, std::size_t length);
 
-// True when the row is a title; prints a line for a row over the limit.
-inline bool IsTitleRow(const std::string& row, std::FILE* messages) {
+// True when the row is a title; prints a line for a row over the limit. `rest` is as for CutRow.
+inline bool IsTitleRow(const std::string& row, std::FILE* messages,
+                       const KoFile::RowRest& rest = {}) {
     if (row.size() < kConfigTextSize) {
         return IsInBrackets(row);
     }
-    PrintLength(messages, kTitleTooLong, row.size());
+    PrintLength(messages, kTitleTooLong, row.size() + rest.size);
     return false;
 }
 

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/ko_file.h"
+
 // The grammar of one row of a catalogue file. Nothing here prints or keeps anything; what is
 // returned as a std::string_view lies in the row that was given. Any thread.
 
@@ -61,17 +63,20 @@ struct RowParts {
     bool ValueFits() const { return valueLength < kConfigTextSize; }
 };
 
-constexpr RowParts CutRow(std::string_view row) {
+// `rest` is what the row has after the bytes that are given: it counts for the lengths alone.
+constexpr RowParts CutRow(std::string_view row, const KoFile::RowRest& rest = {}) {
     const std::size_t equals = row.find('=');
     if (equals == std::string_view::npos) {
-        return {equals, 0, {}, {}};
+        return rest.equals == std::string_view::npos
+                   ? RowParts{equals, 0, {}, {}}
+                   : RowParts{row.size() + rest.equals, rest.size - rest.equals, {}, {}};
     }
     // Looked for once in the whole row: hardly any has a NUL byte.
     const bool hasNul = row.find('\0') != std::string_view::npos;
     const auto counting = [hasNul](std::string_view text) {
         return hasNul ? ConfigText(text) : TrimConfigText(text);
     };
-    return {equals, row.size() - equals, counting(row.substr(0, equals)),
+    return {equals, row.size() + rest.size - equals, counting(row.substr(0, equals)),
             counting(row.substr(equals + 1))};
 }
 

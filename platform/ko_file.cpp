@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <string_view>
 
 #include "platform/unique_fd.h"
 
@@ -45,72 +44,87 @@ void KoFile::Init(const std::string& path, const std::string& mode) {
     m_empty = !Fill();
 }
 
-// Reads a chunk more, and forgets what lies before the row that RollBack may ask for. False at the
-// end of the file and after an error.
+// Reads the next chunk in place of the last one. False at the end of the file and after an error.
 bool KoFile::Fill() {
+    m_text.clear();
+    m_next = 0;
     if (!m_fd.IsOpen()) {
         return false;
     }
-    const std::size_t kept = std::min(m_lastStart, m_next);
-    m_text.erase(0, kept);
-    m_next -= kept;
-    m_lastStart -= m_lastStart != kNone ? kept : 0;
-    const std::size_t used = m_text.size();
-    m_text.resize(used + m_chunkSize);
+    m_text.resize(m_chunkSize);
     ssize_t got = 0;
     do {
-        got = read(m_fd.Get(), &m_text[used], m_chunkSize);
+        got = read(m_fd.Get(), m_text.data(), m_chunkSize);
     } while (got < 0 && errno == EINTR);
     m_status = got < 0 ? errno : 0;
-    m_text.resize(used + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+    m_text.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
     if (got <= 0) {
         m_fd = UniqueFd();
     }
     return got > 0;
 }
 
-// Length of the next row without its line feed; reads as far as the row goes.
-std::size_t KoFile::RowLength() {
-    std::size_t searched = 0;
-    for (;;) {
-        const std::size_t lineEnd = std::string_view(m_text).find('\n', m_next + searched);
-        if (lineEnd != std::string::npos) {
-            return lineEnd - m_next;
-        }
-        searched = m_text.size() - m_next;
-        if (!Fill()) {
-            return searched;
+void KoFile::Keep(std::string_view piece) {
+    if (piece.empty()) {
+        return;
+    }
+    m_lastByte = piece.back();
+    const std::size_t kept = std::min(piece.size(), kLongestRow - m_row.size());
+    m_row.append(piece.substr(0, kept));
+    piece.remove_prefix(kept);
+    const std::size_t equals = piece.find('=');
+    if (m_rest.equals == std::string::npos && equals != std::string::npos) {
+        m_rest.equals = m_rest.size + equals;
+    }
+    m_rest.size += piece.size();
+}
+
+// Reads as far as the row goes. False if reading failed in it.
+bool KoFile::ReadRow() {
+    for (bool ended = false; !ended;) {
+        const std::string_view text = std::string_view(m_text).substr(m_next);
+        const std::size_t length = text.find('\n');
+        ended = length != std::string_view::npos;
+        Keep(text.substr(0, length));
+        m_next = ended ? m_next + length + 1 : m_text.size();
+        if (m_next == m_text.size() && !Fill()) {
+            return ended || m_status == 0;
         }
     }
+    return true;
 }
 
 const std::string& KoFile::NextRow() {
-    m_row.clear();
-    if (IsEOF()) {
+    if (m_again) {
+        m_again = false;
+        ++m_rowNumber;
         return m_row;
     }
-    m_lastStart = m_next;
-    ++m_rowNumber;
-    const std::size_t length = RowLength();
-    std::string_view row = std::string_view(m_text).substr(m_next, length);
-    const bool ended = m_next + length < m_text.size();
-    if (!row.empty() && row.back() == '\r') {
-        row.remove_suffix(1);
+    m_row.clear();
+    m_rest = {};
+    m_lastByte = '\0';
+    m_hasRow = !IsEOF();
+    if (!m_hasRow) {
+        return m_row;
     }
-    m_row = row;
-    m_next += length + (ended ? 1 : 0);
-    if (m_next == m_text.size()) {
-        Fill();
+    ++m_rowNumber;
+    if (!ReadRow()) {
+        m_hasRow = false;
+        m_row.clear();
+        m_rest = {};
+    } else if (m_lastByte == '\r' && m_rest.size > 0) {
+        --m_rest.size;
+    } else if (m_lastByte == '\r') {
+        m_row.pop_back();
     }
     return m_row;
 }
 
 int KoFile::RollBack() {
-    if (m_lastStart == kNone) {
+    if (!m_hasRow || m_again) {
         return -1;
     }
-    m_next = m_lastStart;
-    m_lastStart = kNone;
+    m_again = true;
     --m_rowNumber;
     return 0;
 }

@@ -1,3 +1,8 @@
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cerrno>
+
 #include <gtest/gtest.h>
 
 #include "format/printable.h"
@@ -5,7 +10,22 @@
 #include "platform/ko_securec.h"
 #include "tests/support/test_root.h"
 
-TEST(KoFileTest, RowsOfAnyLengthComeWholeAndCanBeGivenBackOnce) {
+namespace {
+
+bool g_readFails = false;
+
+}  // namespace
+
+// Plays a disk that fails, in place of the C library's.
+extern "C" ssize_t read(int file, void* bytes, std::size_t size) {
+    if (g_readFails) {
+        errno = EIO;
+        return -1;
+    }
+    return syscall(SYS_read, file, bytes, size);
+}
+
+TEST(KoFileTest, RowsOfAnyLengthComeAsFarAsTheyAreKeptAndCanBeGivenBackOnce) {
     const TestRoot root;
     std::vector<std::string> rows;
     std::string text;
@@ -13,6 +33,7 @@ TEST(KoFileTest, RowsOfAnyLengthComeWholeAndCanBeGivenBackOnce) {
         // Lengths around those of the chunks that the file is read in, and short ones between.
         const std::size_t length = i % 7 == 0 ? i * 997 % 140'000 : i % 5;
         rows.emplace_back(length, static_cast<char>(i % 26 == 0 ? '\0' : 'a' + i % 26));
+        rows.back() += i % 7 == 0 ? "=" : "";
         text += rows.back() + (i % 3 == 0 ? "\r\n" : "\n");
     }
     rows.emplace_back("last");
@@ -23,14 +44,28 @@ TEST(KoFileTest, RowsOfAnyLengthComeWholeAndCanBeGivenBackOnce) {
     EXPECT_NE(0, file.RollBack());
     for (const std::string& row : rows) {
         ASSERT_FALSE(file.IsEOF());
-        ASSERT_EQ(row, file.NextRow());
+        const std::string kept = row.substr(0, KoFile::kLongestRow);
+        ASSERT_EQ(kept, file.NextRow());
+        ASSERT_EQ(row.size(), kept.size() + file.Rest().size);
+        ASSERT_EQ(row.substr(kept.size()).find('='), file.Rest().equals);
         ASSERT_EQ(0, file.RollBack());
         ASSERT_NE(0, file.RollBack());
-        ASSERT_EQ(row, file.NextRow());
+        ASSERT_EQ(kept, file.NextRow());
     }
     EXPECT_TRUE(file.IsEOF());
     EXPECT_EQ("", file.NextRow());
     EXPECT_EQ(rows.size(), file.RowNumber());
+}
+
+TEST(KoFileTest, ARowInWhichReadingFailsIsNone) {
+    const TestRoot root;
+    KoFile file;
+    file.Init(root.Write("rows", std::string(10'000, 'x')), "r");
+    g_readFails = true;
+    EXPECT_EQ("", file.NextRow());
+    g_readFails = false;
+    EXPECT_EQ(EIO, file.GetIOExceptionStatus());
+    EXPECT_TRUE(file.IsEOF());
 }
 
 TEST(SecurecTest, NothingIsWrittenPastTheCapacity) {

@@ -35,13 +35,15 @@ public:
 
     // A row that ended a block and is no title comes here too, as the first one behind the block.
     void Stray(const std::string& row) {
-        const KeyField<Record>* key = FindKey<Record>(CutRow(row), nullptr);
+        const KeyField<Record>* key = FindKey<Record>(CutRow(row, m_reader.Rest()), nullptr);
         (m_file.blocks.empty() ? m_file.head : m_file.blocks.back().strays)
             .push_back({key != nullptr ? key->key.word : std::string_view(), Here(row)});
     }
 
 private:
-    FileRow Here(const std::string& row) const { return {m_reader.RowNumber(), row}; }
+    FileRow Here(const std::string& row) const {
+        return {m_reader.RowNumber(), row, m_reader.Rest()};
+    }
 
     const KoFile& m_reader;
     CheckedFile<Block>& m_file;

@@ -16,13 +16,14 @@
 struct FileRow {
     std::size_t line;  // counted from 1
     std::string text;
+    KoFile::RowRest rest;  // what it has after the text
 };
 
 struct KeyRow {
     std::string_view word;  // the key word that the row counts as; empty for any other row
     FileRow row;
 
-    RowParts Parts() const { return CutRow(row.text); }
+    RowParts Parts() const { return CutRow(row.text, row.rest); }
 
     // The value as far as the console takes it: empty when it is over the limit.
     std::string Value() const;

@@ -117,7 +117,8 @@ void ReportGroup(const StrayGroup& group, const std::string& place, const Words&
 void ReportLongRow(const FileRow& row, FindingList& findings) {
     if (row.text.size() >= kConfigTextSize) {
         findings.Warning(row.line,
-                         Quoted(row.text) + " has " + std::to_string(row.text.size()) +
+                         Quoted(row.text) + " has " +
+                             std::to_string(row.text.size() + row.rest.size) +
                              " bytes: the console prints a message about it at every start",
                          "keep it below " + std::to_string(kConfigTextSize));
     }

@@ -1,13 +1,34 @@
 #pragma once
 
+#include <iterator>
+
 // What ko_cmd_tool tells a script.
 enum ExitStatus : int {
-    kExitDone = 0,
-    kExitFailed = 1,    // errors in the catalogue, or a result that could not be printed
-    kExitUsage = 2,     // the command line is wrong
-    kExitNotSent = 3,   // no such catalogue, module or command, or a refused argument
-    kExitNoAnswer = 4,  // no answer in time
-    kExitRefused = 5,   // the service refused
-    kExitPage = 6,      // the page cannot be used, or the reply does not fit it or its format
-    kExitBusy = 7,      // others used the page all the time; nothing was sent
+    kExitDone,
+    kExitFailed,
+    kExitUsage,
+    kExitNotSent,
+    kExitNoAnswer,
+    kExitRefused,
+    kExitPage,
+    kExitBusy,
 };
+
+// As the help has them, by the status.
+inline constexpr const char* kExitStatusTexts[] = {
+    "done",
+    "errors in a checked catalogue, or the result could not be printed",
+    "wrong command line",
+    "no such catalogue, module or command, or a refused argument or format",
+    "no answer in time",
+    "the service refused",
+    "the page cannot be used, or the reply does not fit it or its format",
+    "others used the page all the time: nothing was sent",
+};
+static_assert(std::size(kExitStatusTexts) == kExitBusy + 1, "every status has its text");
+
+// A set of them, for a command's help.
+template <typename... Statuses>
+constexpr unsigned int StatusSet(Statuses... statuses) {
+    return (0U | ... | (1U << statuses));
+}

@@ -1,70 +1,48 @@
 #include "tools/usage.h"
 
-#include <iterator>
-#include <string>
-
-#include "tools/exit_status.h"
 #include "tools/tool_options.h"
 
 namespace {
 
-// By the number of the exit status.
-constexpr const char* kStatusTexts[] = {
-    "done",
-    "the result could not be printed",
-    "wrong command line",
-    "no such catalogue, module or command, or a refused argument or format",
-    "no answer in time",
-    "the service refused",
-    "the page cannot be used, or the reply does not fit it or its format",
-    "others used the page all the time: nothing was sent",
-};
-static_assert(std::size(kStatusTexts) == kExitBusy + 1, "every status has its text");
-
-std::string OptionText(const ToolOption& option) {
-    return std::string("--") + option.name +
-           (option.value != nullptr ? std::string(" ") + option.value : "");
+void PrintStatuses(unsigned int further) {
+    std::puts("Exit status:");
+    const unsigned int statuses = further | StatusSet(kExitDone, kExitFailed, kExitUsage);
+    for (int status = 0; status <= kExitBusy; ++status) {
+        if ((statuses & StatusSet(status)) != 0) {
+            std::printf("  %d  %s\n", status, kExitStatusTexts[status]);
+        }
+    }
 }
 
 void PrintOptions(const ToolCommand* command, std::FILE* out) {
     std::fputs("\nOptions, before or behind the command's name:\n", out);
     for (const ToolOption& option : kToolOptions) {
-        if (Allows(command, option)) {
-            std::fprintf(out, "  %-16s %s\n", OptionText(option).c_str(), option.help);
+        if (option.IsOf(command)) {
+            std::fprintf(out, "  %-16s %s\n", option.Text().c_str(), option.help);
         }
     }
 }
 
 }  // namespace
 
-void PrintUsage(std::initializer_list<ToolCommand> commands, const ToolCommand* command,
-                std::FILE* out) {
-    if (command == nullptr) {
-        std::fputs("usage: ko_cmd_tool [OPTIONS] COMMAND [OPTIONS] ...\n\n", out);
-        for (const ToolCommand& row : commands) {
-            std::fprintf(out, "  %-8s %s\n", row.name, row.summary);
-        }
-        PrintOptions(nullptr, out);
+void PrintUsage(ToolCommands commands, const ToolCommand* command, std::FILE* out) {
+    if (command != nullptr) {
+        std::fprintf(out, "usage: ko_cmd_tool %s %s%s\n", command->name, command->options,
+                     command->words);
         return;
     }
-    std::string options;
-    for (const ToolOption& option : kToolOptions) {
-        if (IsOneOf(option.letter, command->options)) {
-            options += " [" + OptionText(option) + "]";
-        }
+    std::fputs("usage: ko_cmd_tool [OPTIONS] COMMAND [OPTIONS] ...\n\n", out);
+    for (const ToolCommand& row : commands) {
+        std::fprintf(out, "  %-8s %s\n", row.name, row.summary);
     }
-    std::fprintf(out, "usage: ko_cmd_tool %s%s%s\n", command->name, options.c_str(),
-                 command->words);
+    PrintOptions(nullptr, out);
 }
 
-void PrintHelp(std::initializer_list<ToolCommand> commands, const ToolCommand* command) {
+void PrintHelp(ToolCommands commands, const ToolCommand* command) {
     PrintUsage(commands, command, stdout);
-    if (command == nullptr) {
-        return;
+    if (command != nullptr) {
+        std::printf("\n%s\n%s\n", command->summary, command->details);
+        PrintStatuses(command->statuses);
+        PrintOptions(command, stdout);
     }
-    std::printf("\n%s\n%s\nExit status:\n", command->summary, command->details);
-    for (const char* digit = command->statuses; *digit != '\0'; ++digit) {
-        std::printf("  %c  %s\n", *digit, kStatusTexts[*digit - '0']);
-    }
-    PrintOptions(command, stdout);
 }

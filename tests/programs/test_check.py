@@ -1,0 +1,43 @@
+"""What `check` says of a catalogue: each folder below check/ has one, and its findings."""
+
+import pathlib
+
+import pytest
+from catalogue import CATALOGUE, block, write_catalogue
+from programs import tool
+
+FOLDERS = sorted(pathlib.Path(__file__).parent.glob("check/*/"))
+
+
+@pytest.mark.parametrize("folder", FOLDERS, ids=lambda folder: folder.name)
+def test_findings(folder):
+    result = tool("check", folder)
+    assert result.output.replace(f"{folder}/", "") == (folder / "findings").read_text()
+    assert result.status == 1
+
+
+def test_example(example_catalogue):
+    result = tool("check")
+    assert (result.status, result.output) == (0, "0 errors, 0 warnings\n")
+
+
+@pytest.mark.parametrize(
+    "target, fault", [("/none", "No such file or directory"), ("/", "Is a dir")]
+)
+def test_file_without_content(example_catalogue, target, fault):
+    (CATALOGUE / "cmds.conf").unlink()
+    (CATALOGUE / "cmds.conf").symlink_to(target)
+    result = tool("check")
+    assert f"cmds.conf:1: error: the console goes without any module: {fault}" in result.output
+
+
+def test_more_words_than_completion_offers():
+    names = [f"m{number:03}" for number in range(257)]
+    row = {"instruction": "0x900", "description": "text"}
+    write_catalogue(
+        "".join(block(name, command=name, **row) for name in names),
+        "".join(block(name, command="c" + name, belong_module=name, **row) for name in names),
+    )
+    errors = [row for row in tool("check").output.splitlines() if "error: " in row]
+    assert 'modules are 257: completion offers 256 of them and leaves out "m256"' in errors[0]
+    assert '0x900 are 257: completion offers 256 of them and leaves out "cm256"' in errors[1]

@@ -3,7 +3,8 @@ find_package(Threads REQUIRED)
 
 add_library(ko_flags INTERFACE)
 target_include_directories(ko_flags INTERFACE ${PROJECT_SOURCE_DIR})
-target_compile_definitions(ko_flags INTERFACE KO_DEVICE_ROOT="${KO_DEVICE_ROOT}" _FILE_OFFSET_BITS=64)
+target_compile_definitions(ko_flags INTERFACE KO_DEVICE_ROOT="${KO_DEVICE_ROOT}" _FILE_OFFSET_BITS=64
+    _TIME_BITS=64)  # past January 2038 on 32 bits too, if the C library can
 target_compile_options(ko_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -fstack-protector-strong)
 target_link_libraries(ko_flags INTERFACE Threads::Threads)

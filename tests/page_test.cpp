@@ -14,7 +14,7 @@
 #include "tests/support/played_page.h"
 #include "tests/support/test_root.h"
 
-// What replies become stands in cases/console/replies.case; here is what no console shows.
+// What replies become is tested in programs/test_replies.py; here is what no console shows.
 
 namespace {
 

@@ -31,6 +31,7 @@ def television(monkeypatch):
     with tempfile.TemporaryDirectory(prefix="ko_test.") as folder:
         monkeypatch.chdir(folder)
         monkeypatch.setenv("SHELL", "/bin/sh")
+        monkeypatch.setenv("HYPOTHESIS_STORAGE_DIRECTORY", f"{folder}/hypothesis")
         report = f"{folder}/report"
         for sanitizer in ("ASAN", "UBSAN", "TSAN"):
             # Bus errors are the page guard's.
@@ -71,6 +72,5 @@ def stand_in(television):
 
 @pytest.fixture
 def log_daemon(television):
-    os.makedirs("root/dev/socket")
     with LogDaemon() as daemon:
         yield daemon

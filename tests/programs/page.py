@@ -59,3 +59,17 @@ class PlayedService:
         self.page[8 : 8 + len(data)] = data
         self.page[4:8] = struct.pack("<I", len(data) if length is None else length)
         self.page[0:1] = bytes([READY])
+
+    def answer(self, console, line, reply=bytes(4), length=None):
+        """Types a line and replies to what it requests; all its requests, and what is printed."""
+        requests = []
+
+        def has_answered():
+            if self.has_request():
+                requests.append(self.request())
+                self.reply(reply, length)
+            return console.is_at_prompt()
+
+        console.type(line)
+        wait_until(has_answered)
+        return requests, console.shown()

@@ -106,6 +106,10 @@ class Terminal(pexpect.spawn):
         self.delaybeforesend = None  # seconds of sleep before anything is typed
         PROGRAMS_OF_TEST.append(self)
 
+    def send(self, keys):
+        """Types text, or bytes that need not be text."""
+        return os.write(self.child_fd, keys) if isinstance(keys, bytes) else super().send(keys)
+
     def is_running(self):
         return self.isalive()
 
@@ -132,7 +136,8 @@ class Console(Terminal):
 
     def type(self, line):
         """Types a line; what it shows from then on can be expected."""
-        self.send(line + "\n")
+        self.send(line)
+        self.send("\n")
         self.expect("\r\n\r")
 
     def answer(self, line):
@@ -143,16 +148,26 @@ class Console(Terminal):
     def printed(self):
         """What is printed up to the next prompt."""
         self.expect(PROMPT)
+        return self.shown()
+
+    def is_at_prompt(self):
+        """Whether it shows the next prompt already."""
+        return self.expect([PROMPT, pexpect.TIMEOUT], timeout=0) == 0
+
+    def shown(self):
+        """What was printed before the prompt."""
         return re.sub("\r+\n", "\n", self.before)
 
 
 class LogDaemon(socket.socket):
-    """The platform's log daemon, for programs that run while it lives."""
+    """The platform's log daemon, or another at a path, for programs that run while it lives."""
 
-    def __init__(self):
+    def __init__(self, path="root/dev/socket/logdw"):
         super().__init__(socket.AF_UNIX, socket.SOCK_DGRAM)
-        self.bind("root/dev/socket/logdw")
+        pathlib.Path(path).parent.mkdir(parents=True, exist_ok=True)
+        self.bind(path)
         self.setblocking(False)
+        self.start = int(time.time())
 
     def entries(self):
         """All entries since the last call, as "priority tag message"."""
@@ -162,7 +177,8 @@ class LogDaemon(socket.socket):
                 entry = self.recv(4096)
             except BlockingIOError:
                 return entries
-            buffer, _, _, nanoseconds, priority = struct.unpack_from("<BHIIB", entry)
-            assert buffer == 0 and nanoseconds < 10**9
+            buffer, thread, seconds, nanoseconds, priority = struct.unpack_from("<BHIIB", entry)
+            assert buffer == 0 and thread != 0 and nanoseconds < 10**9
+            assert self.start <= seconds <= time.time()
             tag, message = entry[12:].rstrip(b"\0").split(b"\0")
             entries.append(f"{priority} {tag.decode()} {message.decode()}")

@@ -1,7 +1,9 @@
 #include "tools/json.h"
 
-#include <cmath>
 #include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <nlohmann/json.hpp>
 
 #include "format/printable.h"
 #include "format/utf8.h"
@@ -10,70 +12,59 @@
 
 namespace {
 
-std::string Escape(char last) {
-    char escape[8];
-    sprintf_s(escape, sizeof(escape), "\\u%04x",
-              static_cast<unsigned int>(static_cast<unsigned char>(last)));
-    return escape;
-}
-
-// JSON's own characters are none of the control characters, so they all stand in strings.
+// JSON's syntax has no control characters, so all of them are inside strings; the library leaves
+// those from U+007F on as they are.
 std::string JsonForTerminal(std::string_view json) {
     std::string shown;
     while (!json.empty()) {
         const std::string_view character = TakeUtf8(json);
-        shown += IsControl(character) ? Escape(character.back()) : std::string(character);
+        if (IsControl(character)) {
+            char escape[8];
+            sprintf_s(escape, sizeof(escape), "\\u%04x",
+                      static_cast<unsigned int>(static_cast<unsigned char>(character.back())));
+            shown += escape;
+        } else {
+            shown += character;
+        }
     }
     return shown;
+}
+
+// The double that the library writes as the shortest text that reads back as the float: 0.1 for
+// 0.1f, whose own value it writes as 0.10000000149011612.
+double ShortestDouble(float value) {
+    using Limits = std::numeric_limits<float>;
+    char text[32];
+    int digits = Limits::digits10;
+    do {
+        sprintf_s(text, sizeof(text), "%.*g", digits, static_cast<double>(value));
+    } while (std::strtof(text, nullptr) != value && ++digits <= Limits::max_digits10);
+    return std::strtod(text, nullptr);
 }
 
 struct JsonOf {
     JsonInt64 int64;
 
-    std::string operator()(std::int32_t value) const { return FieldText(value); }
-    std::string operator()(std::int64_t value) const {
-        return int64 == JsonInt64::kString ? JsonString(FieldText(value)) : FieldText(value);
+    Json operator()(std::int32_t value) const { return value; }
+    Json operator()(std::int64_t value) const {
+        return int64 == JsonInt64::kString ? Json(std::to_string(value)) : Json(value);
     }
-    std::string operator()(float value) const {
-        return std::isfinite(value) ? FieldText(value) : "null";
-    }
-    std::string operator()(double value) const {
-        return std::isfinite(value) ? FieldText(value) : "null";
-    }
-    std::string operator()(const android::String16& value) const {
-        return JsonString(FieldText(value));
-    }
+    Json operator()(float value) const { return ShortestDouble(value); }
+    Json operator()(double value) const { return value; }
+    Json operator()(const android::String16& value) const { return FieldText(value); }
 };
 
 }  // namespace
 
-std::string JsonString(std::string_view text) {
-    std::string json = "\"";
-    for (const char byte : ValidUtf8(text)) {
-        if (byte == '"' || byte == '\\') {
-            json += '\\';
-        }
-        if (static_cast<unsigned char>(byte) < ' ') {
-            json += Escape(byte);
-        } else {
-            json += byte;
-        }
-    }
-    return json + '"';
-}
-
-std::string JsonValue(const FieldValue& value, JsonInt64 int64) {
+Json JsonValue(const FieldValue& value, JsonInt64 int64) {
     return std::visit(JsonOf{int64}, value);
 }
 
-std::string JsonArray(const std::vector<std::string>& values) {
-    return "[" + Joined(values, ",") + "]";
+std::string JsonText(const Json& json) {
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-void PrintJsonLine(const std::string& json) {
-    std::printf("%s\n", (OutputIsTerminal() ? JsonForTerminal(json) : json).c_str());
-}
-
-void JsonObject::Add(std::string_view name, const std::string& value) {
-    m_members += (m_members.empty() ? "" : ",") + JsonString(name) + ":" + value;
+void PrintJsonLine(const Json& json) {
+    const std::string text = JsonText(json);
+    std::printf("%s\n", (OutputIsTerminal() ? JsonForTerminal(text) : text).c_str());
 }

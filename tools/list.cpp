@@ -1,4 +1,5 @@
 #include <cstdio>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -86,28 +87,19 @@ void PrintModules(const std::vector<ListedModule>& modules) {
     }
 }
 
-std::string CommandJson(const ModuleInfo& module, const CmdInfo& cmd) {
-    std::vector<std::string> arguments;
-    for (const std::string& type : TypeNames(cmd.m_strParaFmt)) {
-        arguments.push_back(JsonString(type));
-    }
-    std::vector<std::string> reply;
+Json CommandJson(const ModuleInfo& module, const CmdInfo& cmd) {
+    Json reply = Json::array();
     for (const ReplyValue& value : ReplyValues(cmd)) {
-        JsonObject member;
-        member.Add("label", JsonString(value.label));
-        member.Add("type", JsonString(value.type));
-        reply.push_back(member.Text());
+        reply.push_back({{"label", value.label}, {"type", value.type}});
     }
-    JsonObject object;
-    object.Add("module", JsonString(module.m_strName));
-    object.Add("word", JsonString(module.m_strCmd));
-    object.Add("module_instruction", JsonString(Hex(module.m_instruct)));
-    object.Add("command", JsonString(cmd.m_strCmd));
-    object.Add("instruction", JsonString(Hex(cmd.m_instruct)));
-    object.Add("arguments", JsonArray(arguments));
-    object.Add("reply", JsonArray(reply));
-    object.Add("description", JsonString(cmd.m_strDescrip));
-    return object.Text();
+    return {{"module", module.m_strName},
+            {"word", module.m_strCmd},
+            {"module_instruction", Hex(module.m_instruct)},
+            {"command", cmd.m_strCmd},
+            {"instruction", Hex(cmd.m_instruct)},
+            {"arguments", TypeNames(cmd.m_strParaFmt)},
+            {"reply", reply},
+            {"description", cmd.m_strDescrip}};
 }
 
 void PrintJson(const std::vector<ListedModule>& modules) {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <chrono>
+#include <nlohmann/json.hpp>
 #include <string>
-#include <vector>
 
 #include "tools/json.h"
 
@@ -11,8 +11,8 @@ class Report {
 public:
     Report(const std::string& message, std::chrono::system_clock::time_point time);
 
-    // `value` is JSON; the text has it without quotes around it.
-    void Add(const std::string& name, const std::string& value);
+    // The text has a string without its quotes.
+    void Add(const std::string& name, const Json& value);
 
     void AddFaultIf(bool found, const std::string& fault);
     bool HasFaults() const { return !m_faults.empty(); }
@@ -22,6 +22,6 @@ public:
 
 private:
     std::string m_text;
-    JsonObject m_json;
-    std::vector<std::string> m_faults;
+    Json m_json;
+    Json m_faults;
 };

@@ -23,8 +23,8 @@ KoFileParse::KoCmdInfo Command(const std::string& format, const std::string& tag
 
 }  // namespace
 
-// Parts: print format, tags (split at commas), values. Whatever is taken for records is valid JSON,
-// an object with as many members as there are values.
+// Parts: print format, tags (split at commas), values. Whatever is taken for records is printed as
+// JSON, an object with as many members as there are values.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto parts = SplitInput(data, size, 3);
     const auto cmd = Command(parts[0], parts[1]);
@@ -40,11 +40,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!ReadRecords(reply, cmd.m_strPrintFmt, records)) {
         return 0;
     }
-    const auto lines = RecordsJson(cmd, records, JsonInt64::kString);
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        const auto json = nlohmann::json::parse(lines[i], nullptr, false);
-        Require(json.is_object() && json.size() == records[i].size(), "an object of the values");
+    const Json array = RecordsJson(cmd, records, JsonInt64::kString);
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        Require(array[i].size() == records[i].size(), "a name of its own for each value");
     }
-    Require(lines.size() == records.size(), "a line for each record");
+    JsonText(array);  // throws at what it cannot print
     return 0;
 }

@@ -1,3 +1,5 @@
+#include <nlohmann/json.hpp>
+
 #include "tools/call/prepared_request.h"
 #include "tools/commands.h"
 #include "tools/json.h"
@@ -14,7 +16,7 @@ int RunCall(const CommandLine& line) {
     if (outcome.status != kExitDone) {
         Complain(outcome.reason);
     } else if (line.json) {
-        for (const std::string& record : RecordsJson(*call.cmd, records, *line.json)) {
+        for (const Json& record : RecordsJson(*call.cmd, records, *line.json)) {
             PrintJsonLine(record);
         }
     } else {

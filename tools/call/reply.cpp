@@ -1,5 +1,6 @@
 #include "tools/call/reply.h"
 
+#include <nlohmann/json.hpp>
 #include <set>
 
 #include "format/format_letters.h"
@@ -94,18 +95,18 @@ bool ReadRecords(const android::Parcel& reply, const std::string& format,
     return true;
 }
 
-std::vector<std::string> RecordsJson(const KoFileParse::KoCmdInfo& cmd,
-                                     const std::vector<ReplyRecord>& records, JsonInt64 int64) {
+Json RecordsJson(const KoFileParse::KoCmdInfo& cmd, const std::vector<ReplyRecord>& records,
+                 JsonInt64 int64) {
     const std::vector<std::string> names = ValueNames(cmd);
-    std::vector<std::string> lines;
+    Json array = Json::array();
     for (const ReplyRecord& record : records) {
-        JsonObject object;
+        Json object = Json::object();
         for (std::size_t i = 0; i < record.size(); ++i) {
-            object.Add(names[i], JsonValue(record[i].value, int64));
+            object[names[i]] = JsonValue(record[i].value, int64);
         }
-        lines.push_back(object.Text());
+        array.push_back(object);
     }
-    return lines;
+    return array;
 }
 
 void PrintLabelled(const KoFileParse::KoCmdInfo& cmd, const android::Parcel& reply, bool terminal) {

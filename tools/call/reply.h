@@ -33,10 +33,10 @@ std::vector<std::string> RecordTexts(const ReplyRecord& record);
 bool ReadRecords(const android::Parcel& reply, const std::string& format,
                  std::vector<ReplyRecord>& records);
 
-// One JSON object a record, each member under a name of its own: the value's label where it has
-// one. For records of the command's whole print format.
-std::vector<std::string> RecordsJson(const KoFileParse::KoCmdInfo& cmd,
-                                     const std::vector<ReplyRecord>& records, JsonInt64 int64);
+// An array of an object for each record, each member under a name of its own: the value's label if
+// it has one. For records of the command's whole print format.
+Json RecordsJson(const KoFileParse::KoCmdInfo& cmd, const std::vector<ReplyRecord>& records,
+                 JsonInt64 int64);
 
 // Prints the values from the reply's position on as the console does, texts and labels as ShownText
 // has them.

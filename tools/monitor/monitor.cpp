@@ -43,25 +43,25 @@ public:
         report.AddFaultIf(page.header.length > kDataCapacity, "forbidden length");
         if (m_line.hex || report.HasFaults()) {
             const auto* bytes = reinterpret_cast<const std::uint8_t*>(&page);
-            report.Add("bytes", JsonString(HexBytes(bytes, page.Size())));
+            report.Add("bytes", HexBytes(bytes, page.Size()));
         }
         report.Print(m_line.json.has_value());
     }
 
     void Summarise() const {
         Report report("summary", std::chrono::system_clock::now());
-        report.Add("exchanges", std::to_string(m_exchanges));
+        report.Add("exchanges", m_exchanges);
         if (m_exchanges != 0) {
             auto median = m_latencies.begin();
             for (auto upTo = median->second; upTo * 2 < m_exchanges; upTo += median->second) {
                 ++median;
             }
-            report.Add("least_ms", std::to_string(m_latencies.begin()->first));
-            report.Add("median_ms", std::to_string(median->first));
-            report.Add("longest_ms", std::to_string(m_latencies.rbegin()->first));
+            report.Add("least_ms", m_latencies.begin()->first);
+            report.Add("median_ms", median->first);
+            report.Add("longest_ms", m_latencies.rbegin()->first);
         }
-        report.Add("requests_alone", std::to_string(m_requestsAlone + (m_waiting ? 1 : 0)));
-        report.Add("replies_alone", std::to_string(m_repliesAlone));
+        report.Add("requests_alone", m_requestsAlone + (m_waiting ? 1 : 0));
+        report.Add("replies_alone", m_repliesAlone);
         report.Print(m_line.json.has_value());
     }
 
@@ -70,25 +70,25 @@ private:
         m_requestTime = Clock::now();
         m_request = m_cmds.Decode(bytes);
         if (m_request.cmd != nullptr) {
-            std::vector<std::string> arguments;
+            Json arguments = Json::array();
             for (const ParcelField& argument : m_request.arguments) {
                 arguments.push_back(JsonValue(argument.value, m_int64));
             }
-            report.Add("module", JsonString(m_request.cmd->m_strBelongMod));
-            report.Add("command", JsonString(m_request.cmd->m_strCmd));
-            report.Add("arguments", JsonArray(arguments));
+            report.Add("module", m_request.cmd->m_strBelongMod);
+            report.Add("command", m_request.cmd->m_strCmd);
+            report.Add("arguments", arguments);
         }
         report.AddFaultIf(m_request.cmd == nullptr, m_request.known
                                                         ? "the arguments do not decode"
                                                         : "no command has this instruction");
-        report.Add("instruction", JsonString(Hex(m_request.instruct)));
+        report.Add("instruction", Hex(m_request.instruct));
     }
 
     // Which values it has is known when the request was seen.
     void TellReply(const Bytes& bytes, Report& report) {
         android::Parcel reply;
         reply.setData(bytes.data(), bytes.size());
-        report.Add("status", std::to_string(reply.readInt32()));
+        report.Add("status", reply.readInt32());
         report.AddFaultIf(!m_waiting, "no request was seen before");
         if (!m_waiting) {
             ++m_repliesAlone;
@@ -97,13 +97,13 @@ private:
         const auto ms = std::chrono::duration_cast<Ms>(Clock::now() - m_requestTime).count();
         ++m_exchanges;
         ++m_latencies[ms];
-        report.Add("latency_ms", std::to_string(ms));
+        report.Add("latency_ms", ms);
         if (m_request.cmd != nullptr) {
             std::vector<ReplyRecord> records;
             reply.setData(bytes.data(), bytes.size());
             const Outcome outcome = ReadReply(*m_request.cmd, reply, records);
             report.AddFaultIf(outcome.status == kExitPage, outcome.reason);
-            report.Add("records", JsonArray(RecordsJson(*m_request.cmd, records, m_int64)));
+            report.Add("records", RecordsJson(*m_request.cmd, records, m_int64));
         }
     }
 

@@ -27,10 +27,12 @@ void PrintCsv(std::size_t values, const Sample& sample) {
 }
 
 void PrintJson(const KoFileParse::KoCmdInfo& cmd, const Sample& sample, JsonInt64 int64) {
-    const bool done = sample.outcome.status == kExitDone;
     Report report("sample", sample.time);
-    report.Add(done ? "records" : "error", done ? JsonArray(RecordsJson(cmd, sample.records, int64))
-                                                : JsonString(sample.outcome.reason));
+    if (sample.outcome.status == kExitDone) {
+        report.Add("records", RecordsJson(cmd, sample.records, int64));
+    } else {
+        report.Add("error", sample.outcome.reason);
+    }
     report.Print(true);
 }
 

@@ -93,25 +93,18 @@ public:
     };
     struct StoredCmd {
         Fate fate;
-        const KoCmdInfo* cmd;  // the one of that word in the table; null without a table
-    };
-
-    // Where the commands of a module go.
-    struct CmdPlace {
-        Fate fate;                   // kStored, or why there is no table
         const KoModuleInfo* module;  // null when there is none of that name
-        CmdTable* table;             // null when the commands are dropped
+        const KoCmdInfo* cmd;        // the one of that word in the table; null without a table
     };
 
     // A command that is in no table yet, so that a table takes it over without a copy.
     using CmdNode = CmdTable::node_type;
     static CmdNode NewCmd();
 
-    // Each files one block and says what became of it; the record is spent in any case. A module's
-    // commands come behind it. The pointers are valid as long as the catalogue.
+    // Each stores one block and returns its fate; the record is moved from in any case. Store a
+    // module before its commands. The pointers are valid as long as the catalogue.
     StoredModule StoreModule(KoModuleInfo&& module);
-    CmdPlace PlaceFor(const std::string& module);
-    static StoredCmd StoreCmd(const CmdPlace& place, CmdNode&& cmd);
+    StoredCmd StoreCmd(CmdNode&& cmd);
 
     // Row tests: is the row a title, or a key row of that key word. Each prints a line for a row or
     // key that is over its limit and answers false.

@@ -84,8 +84,7 @@ constexpr RowParts CutRow(std::string_view row, const KoFile::RowRest& rest = {}
 // leading part of the key word and has no white space around it counts too: the comparison is
 // bounded by the raw length, and white space leaves room for the end of the text to be compared.
 constexpr bool KeyMatches(std::string_view keyWord, const RowParts& row) {
-    const bool mayBeShort = row.key.size() == row.keyLength;
-    return row.key == (mayBeShort ? keyWord.substr(0, row.keyLength) : keyWord);
+    return row.key == keyWord.substr(0, row.keyLength);
 }
 
 // A hexadecimal number with optional sign and "0x", clamped to 32 bits.

@@ -13,8 +13,7 @@ void Store(KoFileParse& catalogue, ModuleBlock& block) {
 void Store(KoFileParse& catalogue, CmdBlock& block) {
     KoFileParse::CmdTable table;
     table.try_emplace(std::string(), block.record);
-    block.place = catalogue.PlaceFor(block.record.m_strBelongMod);
-    block.stored = KoFileParse::StoreCmd(block.place, table.extract(table.begin()));
+    block.stored = catalogue.StoreCmd(table.extract(table.begin()));
 }
 
 // Has each block filed as the console does, and keeps the block, its rows and what became of it.

@@ -55,7 +55,6 @@ struct ModuleBlock : CatalogueBlock {
 
 struct CmdBlock : CatalogueBlock {
     KoFileParse::KoCmdInfo record;
-    KoFileParse::CmdPlace place;
     KoFileParse::StoredCmd stored;
 };
 

@@ -171,7 +171,7 @@ void FateCheck::CheckBelonging(const CmdBlock& block) {
         m_commandFindings.Error(
             line,
             "the belong module " + Quoted(name) + ", defined at " +
-                m_moduleFindings.Place(BlockOf(*block.place.module).title.line) +
+                m_moduleFindings.Place(BlockOf(*block.stored.module).title.line) +
                 ", has no instruction: the block is lost",
             "give the module one");
     } else if (given) {

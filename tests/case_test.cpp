@@ -29,8 +29,6 @@ constexpr char kPrograms[] =
     " $PWD/bin\"; KO=$BIN/ko_cmd_debug; TOOL=$BIN/ko_cmd_tool; SERVICE=$BIN/ko_tv_service; "
     "SCRIPTS='" KO_SOURCE_DIR
     "/script'; "
-    "ln -sfn '" KO_EXAMPLE "' example; EXAMPLE=\"" KO_EMULATOR " $PWD/example\"; CALLS=" KO_CALLS
-    "; "
     "serve() { : >service.log; $SERVICE \"$@\" >>service.log 2>&1 & "
     "await 'grep -q serving service.log'; }\n"
     "await() { until eval \"$1\"; do kill -0 $! || exit 99; sleep 0.01; done; }\n"

@@ -57,6 +57,13 @@ TEST_F(PageTest, TheGuardNestsUnblocksItsSignalAndPassesOthersOn) {
     EXPECT_EQ(1, passedOn);
 }
 
+TEST_F(PageTest, AReplyThatDoesNotFitIsRefused) {
+    const std::vector<std::uint8_t> reply(kDataCapacity + 1);
+    EXPECT_FALSE(m_page.Service().PostReply(reply.data(), reply.size()));
+    EXPECT_EQ(0, LoadHeader(*m_page.Get()).flags);
+    EXPECT_TRUE(m_page.Service().PostReply(reply.data(), kDataCapacity));
+}
+
 // Steps of an hour: what is taken now was not waited for.
 TEST_F(PageTest, ANewRequestIsLeftToObserversFirst) {
     TvServicePage service(RunGuarded, std::chrono::hours(1));

@@ -1,0 +1,118 @@
+"""Closed, full and broken streams end the console, and lose no result of the tool in silence."""
+
+import fcntl
+import os
+import pathlib
+import select
+import signal
+import subprocess
+import sys
+
+import pytest
+from catalogue import CATALOGUE, write_commands
+from page import PAGE, int32
+from programs import Program, run, wait_until
+
+MANY_MAPPINGS = """
+import mmap
+with open("x" * 255, "w+") as file:
+    file.truncate(1)
+    mappings = [mmap.mmap(file.fileno(), 1) for _ in range(500)]
+print(flush=True)
+input()
+"""
+
+
+def closed(number):
+    """The options of a program that starts without this stream.
+
+    Under valgrind its report goes to another one: a file would take the stream's place.
+    """
+    report = f"--log-fd={1 if number == 2 else 2}"
+    return {
+        "preexec_fn": lambda: os.close(number),
+        "env": {**os.environ, "VALGRIND_OPTS": report},
+    }
+
+
+def full():
+    return {"stdout": open("/dev/full", "w"), "stderr": subprocess.PIPE}
+
+
+def broken():
+    reading, writing = os.pipe()
+    os.close(reading)
+    return {"stdout": writing}
+
+
+@pytest.fixture(autouse=True)
+def catalogue(television):
+    write_commands([{"para_format": "S"}])
+
+
+@pytest.mark.parametrize(
+    "streams, status",
+    [(full(), 0), (broken(), -signal.SIGPIPE), (closed(0), 0), (closed(1), 0), (closed(2), 0)],
+)
+def test_the_console_ends_with_its_streams(streams, status):
+    assert run("ko_cmd_debug", input="help\nq\n", **streams).returncode == status
+
+
+def test_what_was_printed_is_out_while_the_console_waits(played_service):
+    pathlib.Path("keys").write_text("lamp\nc0\n")
+    console = Program("ko_cmd_debug", stdin=open("keys"))
+    played_service.request(console)
+    assert console.shown().endswith("\ncurrent is no support 'S' format\n")
+
+
+def test_messages_of_the_system_stand_where_they_belong():
+    PAGE.symlink_to("/dev/full")
+    console = run("ko_cmd_debug", stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+    assert b"cmds.conf\nmap share memery failed!\n: " in console.stdout
+
+
+@pytest.mark.parametrize(
+    "command",
+    [
+        "ko_cmd_tool list",
+        "ko_cmd_tool --help",
+        "ko_cmd_tool check",
+        "ko_cmd_tool encode lamp c0",
+        "ko_tv_service --help",
+    ],
+)
+def test_a_result_that_cannot_be_written_is_a_failure(command):
+    for output, reason in (full(), b"No space left"), (closed(1), b"Bad file descriptor"):
+        result = run(*command.split(), **output)
+        assert result.returncode == 1
+        assert reason in result.stderr
+
+
+def test_a_message_without_a_stream_changes_neither_the_page_nor_a_result(played_service):
+    call = run("ko_cmd_tool", "call", "--timeout", 0, "lamp", "c0", **closed(2))
+    assert call.returncode == 4
+    assert PAGE.read_bytes().startswith(int32(1, 4, 0x901))
+    with open(CATALOGUE / "cmds.conf", "a") as commands:
+        commands.write(f"[{'x' * 300}]\n")  # which is over the limit
+    listing = run("ko_cmd_tool", "list", **closed(2))
+    assert listing.returncode == 0
+    assert b"c0" in listing.stdout
+
+
+def test_a_catalogue_that_breaks_off_is_none():
+    """The list of a process's mappings is such a file, when the process ends."""
+    command, pipe = [sys.executable, "-c", MANY_MAPPINGS], subprocess.PIPE
+    with subprocess.Popen(command, stdin=pipe, stdout=pipe) as other:
+        other.stdout.readline()
+        (CATALOGUE / "cmds.conf").unlink()
+        (CATALOGUE / "cmds.conf").symlink_to(f"/proc/{other.pid}/maps")
+        reading, writing = os.pipe()
+        fcntl.fcntl(writing, fcntl.F_SETPIPE_SZ, 4096)
+        console = Program("ko_cmd_debug", stdout=writing)
+        # Each line is too long and has a message: when nobody reads them, the console sleeps.
+        wait_until(lambda: select.select([reading], [], [], 0)[0], console)
+        stat = pathlib.Path(f"/proc/{console.pid}/stat")
+        wait_until(lambda: ") S " in stat.read_text(), console)
+    os.close(writing)
+    with open(reading) as messages:
+        assert "\nfile path error or open file failure\nParseCmds fail\n" in messages.read()

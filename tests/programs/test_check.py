@@ -21,14 +21,10 @@ def test_example(example_catalogue):
     assert (result.status, result.output) == (0, "0 errors, 0 warnings\n")
 
 
-@pytest.mark.parametrize(
-    "target, fault", [("/none", "No such file or directory"), ("/", "Is a dir")]
-)
-def test_file_without_content(example_catalogue, target, fault):
+def test_missing_file(example_catalogue):
     (CATALOGUE / "cmds.conf").unlink()
-    (CATALOGUE / "cmds.conf").symlink_to(target)
-    result = tool("check")
-    assert f"cmds.conf:1: error: the console goes without any module: {fault}" in result.output
+    said = tool("check").output
+    assert "cmds.conf:1: error: the console goes without any module: No such file or" in said
 
 
 def test_more_words_than_completion_offers():

@@ -1,7 +1,7 @@
 """`encode` shows the request of a command line, or says why there is none."""
 
 import pytest
-from catalogue import block, write_catalogue
+from catalogue import write_commands
 from programs import tool
 
 COMMANDS = [
@@ -16,7 +16,7 @@ COMMANDS = [
 ]
 REQUEST = """\
 offset  bytes                                            type    value
-0       12 00 00 00                                      int32   0x12 instruction
+0       01 09 00 00                                      int32   0x901 instruction
 4       00 00 00 80                                      int32   -2147483648
 8       ff ff ff ff ff ff ff 7f                          int64   9223372036854775807
 16      00 00 48 41                                      float   12.5
@@ -26,46 +26,39 @@ header  01 00 00 00 2c 00 00 00
 """
 ACCEPTED = [
     # module, command and arguments; what is shown
-    (["aud", "all", -(2**31), 2**63 - 1, 12.5, ".1", "hä😀"], REQUEST),
-    (["audio", "bare"], "0x12 instruction\nheader  01 00 00 00 04 00 00 00"),
-    (["aud", "two", "0x10", 1], "10 00 00 00              int32  16"),
-    (["aud", "all", 0, 0, "0.0e5", 0, "x"], "00 00 00 00              float   0"),
-    (["aud", "wide", 7], "int32  7\nheader  01 00 00 00 08 00 00 00"),
-    (["aud", "text", "help", "--"], 'string  "--"'),
-    (["aud", "text", 126 * "a", 126 * "b"], "header  01 00 00 00 0c 02 00 00"),
+    (["lamp", "all", -(2**31), 2**63 - 1, 12.5, ".1", "hä😀"], REQUEST),
+    (["lamp", "bare"], "0x901 instruction\nheader  01 00 00 00 04 00 00 00"),
+    (["lamp", "two", "0x10", 1], "10 00 00 00              int32  16"),
+    (["lamp", "all", 0, 0, "0.0e5", 0, "x"], "00 00 00 00              float   0"),
+    (["lamp", "wide", 7], "int32  7\nheader  01 00 00 00 08 00 00 00"),
+    (["lamp", "text", "help", "--"], 'string  "--"'),
+    (["lamp", "text", 126 * "a", 126 * "b"], "header  01 00 00 00 0c 02 00 00"),
 ]
 REFUSED = [
-    (["aud", "bare", "--json"], '"--json" is left over; options stand before MODULE'),
-    (["aud", "two", 1], "argument 2 (int32) is missing"),
-    (["aud", "two", 1], '"two" takes int32, int32: some help'),
-    (["aud", "wide", 7, 8], 'argument 2: "8" is left over'),
-    (["aud", "two", "12ab", 1], 'argument 1 (int32): "12ab" is no number'),
-    (["aud", "two", 1, 2**31], 'argument 2 (int32): "2147483648" is out of range'),
-    (["aud", "two", 1, "0x"], '"0x" is no number'),
-    (["aud", "two", 1, ""], '"" is empty'),
-    (["aud", "two", 1, "2 "], '"2 " holds a blank'),
-    (["aud", "all", 0, 2**63, 1, 1, "x"], '(int64): "9223372036854775808" is out of range'),
-    (["aud", "all", 0, 0, "1e39", 1, "x"], '(float): "1e39" is out of range'),
-    (["aud", "all", 0, 0, "1e-60", 1, "x"], '(float): "1e-60" is out of range'),
-    (["aud", "all", 0, 0, "inf", 1, "x"], '(float): "inf" is no number'),
-    (["aud", "all", 0, 0, 1, 1, "\udcff"], '(string): "�" is not UTF-8'),
-    (["aud", "text", 126 * "a", 127 * "b"], "255 characters with their blanks"),
-    (["aud", "bad", 1, 2], 'the para format "dq" of "bad" has the unknown letter "q"'),
-    (["aud", "badreply", 1], 'the print format "dx" of "badreply" has the unknown letter "x"'),
+    (["lamp", "bare", "--json"], '"--json" is left over; options stand before MODULE'),
+    (["lamp", "two", 1], "argument 2 (int32) is missing"),
+    (["lamp", "two", "12ab", 1], 'argument 1 (int32): "12ab" is no number'),
+    (["lamp", "two", 1, 2**31], 'argument 2 (int32): "2147483648" is out of range'),
+    (["lamp", "two", 1, "0x"], '"0x" is no number'),
+    (["lamp", "two", 1, ""], '"" is empty'),
+    (["lamp", "two", 1, "2 "], '"2 " holds a blank'),
+    (["lamp", "all", 0, 0, "1e39", 1, "x"], '(float): "1e39" is out of range'),
+    (["lamp", "all", 0, 0, "1e-60", 1, "x"], '(float): "1e-60" is out of range'),
+    (["lamp", "all", 0, 0, 1, 1, "\udcff"], '(string): "�" is not UTF-8'),
+    (["lamp", "text", 126 * "a", 127 * "b"], "255 characters with their blanks"),
+    (["lamp", "bad", 1, 2], 'the para format "dq" of "bad" has the unknown letter "q"'),
+    (["lamp", "badreply", 1], 'the print format "dx" of "badreply" has the unknown letter "x"'),
+    (["--catalogue", "none", "lamp", "two"], "none/mods.conf: No such file or directory"),
     (["voice", "two"], 'unknown module "voice"\n'),
-    (["Audo", "two"], 'unknown module "Audo"; did you mean "aud"?'),
-    (["aud", "twoo"], 'unknown command "twoo" of the module "audio"; did you mean "two"?'),
+    (["Lmap", "two"], 'unknown module "Lmap"; did you mean "lamp"?'),
+    (["lamp", "twoo"], 'unknown command "twoo" of the module "lamp"; did you mean "two"?'),
 ]
 
 
 @pytest.fixture(autouse=True)
 def catalogue(television):
-    common = {"belong_module": "audio", "instruction": "12", "description": "some help"}
-    commands = [
-        block(name, command=name, para_format=arguments, print_format=reply, **common)
-        for name, arguments, reply in COMMANDS
-    ]
-    write_catalogue(block("audio", command="aud", instruction="0x1"), "".join(commands))
+    keys = ("command", "para_format", "print_format")
+    write_commands([dict(zip(keys, row)) for row in COMMANDS])
 
 
 @pytest.mark.parametrize("words, shown", ACCEPTED)

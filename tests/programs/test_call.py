@@ -1,0 +1,94 @@
+"""`call` sends one command to the service and prints the reply."""
+
+import struct
+from math import inf, nan
+
+import pytest
+from catalogue import write_commands
+from page import PAGE, POSTED, READY, int32, int64, string, write_page
+from programs import PATIENCE, RULE, Program, Terminal, tool
+
+ECHOED = [
+    # words, what is printed
+    ("aud setvol 0 35", RULE + "output:0\tvolume:35\t\n" + RULE),
+    ("pic setmode \x9bé", RULE + "mode:\x9bé\t\n" + RULE),
+    ("scan stop", ""),
+    ("--json aud eq 3 -0.1", '{"band":3,"gain dB":-0.1}\n'),
+    ('--json pic setmode a"\\x5c\x01é', '{"mode":"a\\"\\\\x5c\\u0001é"}\n'),
+    ("--json-strings -- tun setfreq -1 8", '{"frequency Hz":"-1","bandwidth kHz":8}\n'),
+]
+REPLIES = [
+    # print format, print tags, reply, exit status, what is said with --json
+    ("d", "a", int32(0), 0, ""),
+    ("d", "", int32(0, 1, -1), 0, '{"value1":1}\n{"value1":-1}\n'),
+    ("D", "a", int32(0) + int64(-(2**63)), 0, '{"a":-9223372036854775808}\n'),
+    ("fF", "a,b", struct.pack("<ifd", 0, nan, -inf), 0, '{"a":null,"b":null}\n'),
+    ("s", "a", int32(0) + string(""), 0, '{"a":""}\n'),
+    ("ddSd", "x,x,,x_2", int32(0, 1, 2, 3), 0, '{"x":1,"x_2":2,"x_2_2":3}\n'),
+    ("ddd", "\udcff,\udcfe", int32(0, 1, 2, 3), 0, '{"�":1,"�_2":2,"value3":3}\n'),
+    ("d", "a", b"", 6, "too short for a status"),
+    ("d", "a", b"ab", 6, "too short for a status: 61 62"),
+    ("d", "a", int32(-2), 5, "status -2 (0xfffffffe)"),
+    ("", "", int32(0, 0), 6, 'print format "": 00 00 00 00 00 00 00 00'),
+    ("df", "a,b", int32(0, 1, 2) + b"ab", 6, 'records of the print format "df"'),
+    ("s", "a", int32(0, 1), 6, 'records of the print format "s"'),
+    ("s", "a", int32(0, 1) + b"abcd", 6, 'records of the print format "s"'),
+]
+TERMINAL = [
+    # words, what a terminal is not to obey
+    ("call lamp c0", "t\\x9b\\x7f:\\x1b\\x9b\\u0000\t"),
+    ("call --json lamp c0", '{"t\\u009b\\u007f":"\\u001b\\u009b\\u0000"}'),
+    ("list --json", '"t\\u009b\\u007f"'),
+    ("check --catalogue \x1b\x9b", "\\x1b\\x9b/mods.conf:1: error"),
+]
+UNANSWERED = [
+    # flags of the page, options, whether the request is sent
+    (0, [], True),
+    (POSTED, [], False),
+    (POSTED, ["--force"], True),
+    (POSTED | READY, [], True),
+]
+
+
+def test_echoed_values(example_catalogue, stand_in):
+    stand_in()
+    printed = [(words, tool("call", *words.split()).output) for words, _ in ECHOED]
+    assert printed == ECHOED
+
+
+@pytest.mark.parametrize("letters, tags, reply, status, said", REPLIES)
+def test_reply(played_service, letters, tags, reply, status, said):
+    write_commands([{"print_format": letters, "print_tags": tags}])
+    caller = Program("ko_cmd_tool", "call", "--json", "lamp", "c0")
+    played_service.request(caller)
+    played_service.reply(reply)
+    assert caller.wait(PATIENCE) == status
+    assert said in caller.shown()
+
+
+@pytest.mark.parametrize("words, shown", TERMINAL)
+def test_on_a_terminal(played_service, words, shown):
+    write_commands([{"print_format": "s", "print_tags": "t\x9b\x7f"}])
+    terminal = Terminal("ko_cmd_tool", *words.split(" "))
+    if "call" in words:
+        played_service.request(terminal)
+        played_service.reply(int32(0) + string("\x1b\x9b\0"))
+    terminal.expect_exact(shown)
+
+
+@pytest.mark.parametrize("flags, options, sent", UNANSWERED)
+def test_unanswered(example_catalogue, played_service, flags, options, sent):
+    write_page(flags, b"earlier")
+    result = tool("call", "--timeout", 30, *options, "tun", "lock")
+    assert result.status == 4
+    assert ("nothing was sent" in result.messages) != sent
+    request = bytes([POSTED, 0, 0, 0]) + int32(4, 0x101)
+    assert (played_service.page[: len(request)] == request) == sent
+
+
+def test_page_that_cannot_be_used(example_catalogue):
+    for fault in ("No such file", "has been cut"):
+        result = tool("call", "tun", "lock")
+        assert result.status == 6
+        assert fault in result.messages
+        PAGE.touch()

@@ -1,0 +1,49 @@
+"""The tool's command line: its help, and what is said of a wrong one."""
+
+import re
+import subprocess
+
+import pytest
+from programs import SOURCE, run, tool
+
+MISTAKES = [
+    # words, what is said
+    ([], "usage: ko_cmd_tool [OPTIONS] COMMAND"),
+    (["chekc"], 'did you mean "check"?'),
+    (["--jsno", "list"], 'did you mean "--json"?'),
+    (["list", "--force"], '"--force" is no option of "list"'),
+    (["--json", "encode", "aud", "dec"], '"--json" is no option of "encode"'),
+    (["encode", "aud"], "usage: ko_cmd_tool encode"),
+    (["check", ".", "."], "usage: ko_cmd_tool check"),
+    (["--catalogue", ".", "check", "."], "given twice"),
+    (["--timeout", "5x", "call", "aud", "dec"], '--timeout takes milliseconds, not "5x"'),
+    (["call", "--timeout"], '"--timeout" lacks its value'),
+]
+
+
+@pytest.mark.parametrize("words, reason", MISTAKES)
+def test_mistake(words, reason):
+    result = tool(*words)
+    assert (result.status, result.output) == (2, "")
+    assert reason in result.messages
+
+
+@pytest.mark.parametrize("command", ["check", "list", "encode", "call", "watch", "monitor"])
+def test_help(command):
+    usage, *rows = tool(command, "--help").output.splitlines()
+    assert usage.startswith(f"usage: ko_cmd_tool {command} [--catalogue DIR]")
+    explained = re.findall(r"^  (--\S+)", "\n".join(rows), re.MULTILINE)
+    assert explained == [*re.findall(r"--[a-z-]+", usage), "--help", "--version"]
+    assert f"\n  {command} " in tool("--help").output
+
+
+def test_version():
+    version = tool("--version").output.replace("ko_cmd_tool ", "VERSION ").strip()
+    assert f"project(ko_cmd_debug {version} " in (SOURCE / "CMakeLists.txt").read_text()
+
+
+def test_output_that_cannot_be_written(example_catalogue):
+    with open("/dev/full", "w") as full:
+        result = run("ko_cmd_tool", "list", stdout=full, stderr=subprocess.PIPE)
+    assert result.returncode == 1
+    assert b"standard output: No space left on device" in result.stderr

@@ -21,7 +21,7 @@ KEYS = [
     (UP, ""),
     (DOWN, 3 * ERASE + "two"),
     # The newest line stays, and comes again.
-    (DOWN + DOWN, ""),
+    (DOWN + DOWN + "!\b", "!" + ERASE),
     (UP, 3 * ERASE + "two"),
     ("\b\bie\n", 2 * ERASE + "ie" + ILLEGAL),
     # The recalled line is kept as it was. The letters of arrow keys are those keys.

@@ -12,15 +12,16 @@ bool IsControl(std::string_view character) {
     return character.size() == 2 && character.front() == '\xC2' && last < 0xA0;
 }
 
-std::string Printable(std::string_view text) {
+std::string Printable(std::string_view text, const char* escape) {
     std::string shown;
     while (!text.empty()) {
         const std::string_view character = TakeUtf8(text);
         if (IsControl(character)) {
-            char escape[8];
-            sprintf_s(escape, sizeof(escape), "\\x%02x",
+            char digits[8];
+            sprintf_s(digits, sizeof(digits), "%02x",
                       static_cast<unsigned int>(static_cast<unsigned char>(character.back())));
             shown += escape;
+            shown += digits;
         } else {
             shown += character;
         }

@@ -7,5 +7,5 @@
 bool IsControl(std::string_view character);
 
 // The text as any terminal can show it and none obeys it: valid UTF-8, and control characters as
-// escapes like "\x1b".
-std::string Printable(std::string_view text);
+// escapes of `escape` and two digits, like "\x1b".
+std::string Printable(std::string_view text, const char* escape = "\\x");

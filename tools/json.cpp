@@ -6,29 +6,10 @@
 #include <nlohmann/json.hpp>
 
 #include "format/printable.h"
-#include "format/utf8.h"
 #include "platform/ko_securec.h"
 #include "tools/text.h"
 
 namespace {
-
-// JSON's syntax has no control characters, so all of them are inside strings; the library leaves
-// those from U+007F on as they are.
-std::string JsonForTerminal(std::string_view json) {
-    std::string shown;
-    while (!json.empty()) {
-        const std::string_view character = TakeUtf8(json);
-        if (IsControl(character)) {
-            char escape[8];
-            sprintf_s(escape, sizeof(escape), "\\u%04x",
-                      static_cast<unsigned int>(static_cast<unsigned char>(character.back())));
-            shown += escape;
-        } else {
-            shown += character;
-        }
-    }
-    return shown;
-}
 
 // The double that the library writes as the shortest text that reads back as the float: 0.1 for
 // 0.1f, whose own value it writes as 0.10000000149011612.
@@ -64,7 +45,9 @@ std::string JsonText(const Json& json) {
     return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
+// JSON's syntax has no control characters, so all of them are inside strings; the library leaves
+// those from U+007F on as they are.
 void PrintJsonLine(const Json& json) {
     const std::string text = JsonText(json);
-    std::printf("%s\n", (OutputIsTerminal() ? JsonForTerminal(text) : text).c_str());
+    std::printf("%s\n", (OutputIsTerminal() ? Printable(text, "\\u00") : text).c_str());
 }

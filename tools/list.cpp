@@ -1,8 +1,6 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <unordered_map>
-#include <utility>
 #include <vector>
 
 #include "catalogue/ko_file_parse.h"
@@ -20,10 +18,17 @@ namespace {
 using CmdInfo = KoFileParse::KoCmdInfo;
 using ModuleInfo = KoFileParse::KoModuleInfo;
 
-struct ListedModule {
-    const ModuleInfo* info;
-    std::vector<const CmdInfo*> cmds;  // those that belong to it, by their words
-};
+// The commands that belong to the module, by their words. Modules may have the same instruction.
+std::vector<const CmdInfo*> CmdsOf(const KoFileParse& catalogue, const ModuleInfo& module) {
+    std::vector<const CmdInfo*> cmds;
+    const auto number = static_cast<unsigned int>(module.m_instruct);
+    for (const auto& [word, cmd] : catalogue.AllCmds().at(number)) {
+        if (cmd.m_strBelongMod == module.m_strName) {
+            cmds.push_back(&cmd);
+        }
+    }
+    return cmds;
+}
 
 struct ReplyValue {
     std::string label;  // empty when it has none
@@ -34,25 +39,9 @@ std::vector<ReplyValue> ReplyValues(const CmdInfo& cmd) {
     std::vector<ReplyValue> values;
     auto tag = cmd.m_printTags.begin();
     for (const std::string& type : TypeNames(cmd.m_strPrintFmt)) {
-        const bool labelled = tag != cmd.m_printTags.end();
-        values.push_back({labelled ? *tag++ : std::string(), type});
+        values.push_back({tag != cmd.m_printTags.end() ? *tag++ : std::string(), type});
     }
     return values;
-}
-
-// In the order of the modules' names.
-std::vector<ListedModule> ListModules(const KoFileParse& catalogue) {
-    std::unordered_map<std::string, std::vector<const CmdInfo*>> cmds;  // by the module's name
-    for (const auto& [number, table] : catalogue.AllCmds()) {
-        for (const auto& [word, cmd] : table) {
-            cmds[cmd.m_strBelongMod].push_back(&cmd);
-        }
-    }
-    std::vector<ListedModule> modules;
-    for (const auto& [name, info] : catalogue.AllModules()) {
-        modules.push_back({&info, std::move(cmds[name])});
-    }
-    return modules;
 }
 
 // "label type, ...", printable.
@@ -65,26 +54,23 @@ std::string ReplyText(const CmdInfo& cmd) {
     return Joined(texts, ", ");
 }
 
-void PrintModules(const std::vector<ListedModule>& modules) {
-    for (const ListedModule& module : modules) {
-        std::printf("%s%s (%s) %s: %s\n", &module == &modules.front() ? "" : "\n",
-                    Printable(module.info->m_strCmd).c_str(),
-                    Printable(module.info->m_strName).c_str(), Hex(module.info->m_instruct).c_str(),
-                    Printable(module.info->m_strDescrip).c_str());
-        std::vector<std::vector<std::string>> rows;
-        for (const CmdInfo* cmd : module.cmds) {
-            const std::string arguments = Joined(TypeNames(cmd->m_strParaFmt), ", ");
-            const std::string reply = ReplyText(*cmd);
-            rows.push_back({Printable(cmd->m_strCmd), Hex(cmd->m_instruct),
-                            arguments.empty() ? "-" : arguments, reply.empty() ? "-" : reply,
-                            Printable(cmd->m_strDescrip)});
-        }
-        if (!rows.empty()) {
-            rows.insert(rows.begin(),
-                        {"command", "instruction", "arguments", "reply", "description"});
-        }
-        PrintTable(rows, "  ");
+void PrintModule(const ModuleInfo& module, const std::vector<const CmdInfo*>& cmds) {
+    std::printf("%s (%s) %s: %s\n", Printable(module.m_strCmd).c_str(),
+                Printable(module.m_strName).c_str(), Hex(module.m_instruct).c_str(),
+                Printable(module.m_strDescrip).c_str());
+    if (cmds.empty()) {
+        return;
     }
+    std::vector<std::vector<std::string>> rows = {
+        {"command", "instruction", "arguments", "reply", "description"}};
+    for (const CmdInfo* cmd : cmds) {
+        const std::string arguments = Joined(TypeNames(cmd->m_strParaFmt), ", ");
+        const std::string reply = ReplyText(*cmd);
+        rows.push_back({Printable(cmd->m_strCmd), Hex(cmd->m_instruct),
+                        arguments.empty() ? "-" : arguments, reply.empty() ? "-" : reply,
+                        Printable(cmd->m_strDescrip)});
+    }
+    PrintTable(rows, "  ");
 }
 
 Json CommandJson(const ModuleInfo& module, const CmdInfo& cmd) {
@@ -102,14 +88,6 @@ Json CommandJson(const ModuleInfo& module, const CmdInfo& cmd) {
             {"description", cmd.m_strDescrip}};
 }
 
-void PrintJson(const std::vector<ListedModule>& modules) {
-    for (const ListedModule& module : modules) {
-        for (const CmdInfo* cmd : module.cmds) {
-            PrintJsonLine(CommandJson(*module.info, *cmd));
-        }
-    }
-}
-
 }  // namespace
 
 int RunList(const CommandLine& line) {
@@ -117,11 +95,18 @@ int RunList(const CommandLine& line) {
     if (!LoadCatalogue(FindCatalogue(line.catalogue), catalogue)) {
         return kExitNotSent;
     }
-    const std::vector<ListedModule> modules = ListModules(catalogue);
-    if (line.json) {
-        PrintJson(modules);
-    } else {
-        PrintModules(modules);
+    const char* gap = "";
+    for (const auto& [name, module] : catalogue.AllModules()) {
+        const std::vector<const CmdInfo*> cmds = CmdsOf(catalogue, module);
+        if (!line.json) {
+            std::fputs(gap, stdout);
+            gap = "\n";
+            PrintModule(module, cmds);
+            continue;
+        }
+        for (const CmdInfo* cmd : cmds) {
+            PrintJsonLine(CommandJson(module, *cmd));
+        }
     }
     return kExitDone;
 }

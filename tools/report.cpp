@@ -5,8 +5,8 @@
 #include "tools/text.h"
 
 Report::Report(const std::string& message, std::chrono::system_clock::time_point time)
-    : m_text(IsoTime(time).substr(11, 12) + " " + message),
-      m_json({{"time", IsoTime(time)}, {"message", message}}) {}
+    : m_json({{"time", IsoTime(time)}, {"message", message}}),
+      m_text(IsoTime(time).substr(11, 12) + " " + message) {}
 
 void Report::Add(const std::string& name, const Json& value) {
     const std::string text = JsonText(value);
@@ -24,10 +24,6 @@ void Report::Print(bool json) {
     if (HasFaults()) {
         Add("faults", m_faults);
     }
-    if (json) {
-        PrintJsonLine(m_json);
-    } else {
-        PrintLine(m_text);
-    }
+    json ? PrintJsonLine(m_json) : PrintLine(m_text);
     std::fflush(stdout);
 }

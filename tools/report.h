@@ -21,7 +21,7 @@ public:
     void Print(bool json);
 
 private:
-    std::string m_text;
     Json m_json;
+    std::string m_text;
     Json m_faults;
 };

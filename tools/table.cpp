@@ -2,26 +2,8 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <string_view>
 
-#include "format/utf8.h"
-
-std::size_t Columns(const std::string& text) {
-    std::size_t columns = 0;
-    for (std::string_view rest = text; !rest.empty(); TakeUtf8(rest)) {
-        ++columns;
-    }
-    return columns;
-}
-
-std::string CutToColumns(const std::string& text, std::size_t columns) {
-    std::string_view rest = text;
-    std::string cut;
-    for (; columns > 0 && !rest.empty(); --columns) {
-        cut += TakeUtf8(rest);
-    }
-    return cut;
-}
+#include "tools/text.h"
 
 std::vector<std::string> TableLines(const std::vector<std::vector<std::string>>& rows) {
     std::vector<std::size_t> widths;

@@ -6,12 +6,6 @@
 
 // Rows of cells, in columns for people and as CSV for programs.
 
-// The code points of a text in UTF-8: the columns that it takes, where none is wide.
-std::size_t Columns(const std::string& text);
-
-// The first so many code points.
-std::string CutToColumns(const std::string& text, std::size_t columns);
-
 // Rows of equally many cells as lines of one length, with the cells in columns.
 std::vector<std::string> TableLines(const std::vector<std::vector<std::string>>& rows);
 

@@ -6,27 +6,34 @@
 #include <ctime>
 
 #include "format/printable.h"
+#include "format/utf8.h"
 #include "platform/ko_securec.h"
 
 namespace {
 
-constexpr std::size_t kQuotedSize = 60;
-
-bool IsContinuation(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
+constexpr std::size_t kQuotedColumns = 60;
 
 }  // namespace
 
+std::size_t Columns(std::string_view text) {
+    std::size_t columns = 0;
+    for (; !text.empty(); TakeUtf8(text)) {
+        ++columns;
+    }
+    return columns;
+}
+
+std::string CutToColumns(std::string_view text, std::size_t columns) {
+    std::string cut;
+    for (; columns > 0 && !text.empty(); --columns) {
+        cut += TakeUtf8(text);
+    }
+    return cut;
+}
+
 std::string Quoted(std::string_view text) {
-    if (text.size() <= kQuotedSize) {
-        return '"' + Printable(text) + '"';
-    }
-    std::size_t cut = kQuotedSize;
-    while (cut > 0 && IsContinuation(text[cut])) {
-        --cut;
-    }
-    return '"' + Printable(text.substr(0, cut)) + "...\"";
+    return '"' + Printable(CutToColumns(text, kQuotedColumns)) +
+           (Columns(text) > kQuotedColumns ? "...\"" : "\"");
 }
 
 std::string Joined(const std::vector<std::string>& texts, const char* separator) {
@@ -59,14 +66,13 @@ std::string IsoTime(std::chrono::system_clock::time_point time) {
     const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch());
     std::tm local = {};
     localtime_r(&seconds, &local);
-    char date[64];
-    char zone[16];
-    std::strftime(date, sizeof(date), "%FT%T", &local);
-    std::strftime(zone, sizeof(zone), "%z", &local);
-    char text[128];
-    sprintf_s(text, sizeof(text), "%s.%03d%.3s:%s", date, static_cast<int>(ms.count() % 1000), zone,
-              zone + 3);
-    return text;
+    char text[64];
+    std::strftime(text, sizeof(text), "%FT%T%z", &local);
+    char fraction[16];
+    sprintf_s(fraction, sizeof(fraction), ".%03d", static_cast<int>(ms.count() % 1000));
+    std::string iso = text;
+    iso.insert(iso.size() - 2, ":");
+    return iso.insert(iso.find_last_of("+-"), fraction);
 }
 
 bool OutputIsTerminal() {

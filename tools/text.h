@@ -6,7 +6,13 @@
 #include <string_view>
 #include <vector>
 
-// The text of one row, printable, in double quotes and cut after 60 bytes.
+// The code points of a text in UTF-8: the columns that it takes, where none is wide.
+std::size_t Columns(std::string_view text);
+
+// The first so many code points.
+std::string CutToColumns(std::string_view text, std::size_t columns);
+
+// The text of one row, printable, in double quotes and cut after 60 code points.
 std::string Quoted(std::string_view text);
 
 // The texts with the separator between them.

@@ -88,10 +88,14 @@ def test_a_result_that_cannot_be_written_is_a_failure(command):
         assert reason in result.stderr
 
 
-def test_a_message_without_a_stream_changes_neither_the_page_nor_a_result(played_service):
-    call = run("ko_cmd_tool", "call", "--timeout", 0, "lamp", "c0", **closed(2))
-    assert call.returncode == 4
+def test_a_message_without_a_stream_is_not_written_to_the_page(played_service):
+    call = Program("ko_cmd_tool", "call", "lamp", "c0", **closed(2))
+    played_service.request(call)
+    assert call.end(signal.SIGTERM) == -signal.SIGTERM
     assert PAGE.read_bytes().startswith(int32(1, 4, 0x901))
+
+
+def test_a_message_without_a_stream_spoils_no_result():
     with open(CATALOGUE / "cmds.conf", "a") as commands:
         commands.write(f"[{'x' * 300}]\n")  # which is over the limit
     listing = run("ko_cmd_tool", "list", **closed(2))

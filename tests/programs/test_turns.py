@@ -81,17 +81,19 @@ def test_a_signal_ends_a_call_and_leaves_its_request(played_service, example_cat
     assert "the request stays" in call.shown()
 
 
-@pytest.mark.parametrize("command, calls", [("call", 1), ("watch --interval 1 --count 3", 3)])
+@pytest.mark.parametrize("command, calls", [("call", 1), ("watch --interval 200 --count 2", 2)])
 def test_a_hang_up_ends_nothing_under_nohup(played_service, example_catalogue, command, calls):
     program = Program(
         "ko_cmd_tool",
-        *[*command.split(), "--timeout", 60000, "aud", "mute", 1],
+        *[*command.split(), "--timeout", 60000, "--json", "aud", "mute", 1],
         preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN),
     )
-    for _ in range(calls):
+    for number in range(calls):
         played_service.request(program)
         program.send_signal(signal.SIGHUP)
-        played_service.reply(int32(0, 1))
+        played_service.reply(int32(0, number))
+        program.wait_for(f'"muted":{number}')
+        program.send_signal(signal.SIGHUP)  # while the watch waits for the next call
     assert program.wait(PATIENCE) == 0
 
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
+#include <string>
 
 // The one alphabet of para formats and print formats. `S` is known but not supported: it takes no
 // argument, no field and no value.
@@ -32,4 +34,10 @@ constexpr const FormatLetter* FindFormatLetter(char letter) {
 constexpr bool IsWithoutValue(char letter) {
     const FormatLetter* row = FindFormatLetter(letter);
     return row != nullptr && row->leastSize == 0;
+}
+
+// The letters of a format that have an argument, a field or a value; unknown ones count.
+inline std::string LettersWithValue(std::string format) {
+    format.erase(std::remove_if(format.begin(), format.end(), IsWithoutValue), format.end());
+    return format;
 }

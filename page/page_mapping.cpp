@@ -1,6 +1,10 @@
 #include "page/page_mapping.h"
 
+#include <fcntl.h>
+
 #include <utility>
+
+#include "platform/device_root.h"
 
 PageMapping::PageMapping(int fd, int protection) {
     void* page = mmap(nullptr, kPageSize, protection, MAP_SHARED, fd, 0);
@@ -19,4 +23,10 @@ PageMapping::~PageMapping() {
     if (m_page != nullptr) {
         munmap(m_page, kPageSize);
     }
+}
+
+PageMapping MapPageFile(int flags, UniqueFd& file) {
+    file = UniqueFd(open(kSharePageFile, flags | O_CLOEXEC));
+    const int protection = (flags & O_ACCMODE) == O_RDONLY ? PROT_READ : PROT_READ | PROT_WRITE;
+    return file.IsOpen() ? PageMapping(file.Get(), protection) : PageMapping();
 }

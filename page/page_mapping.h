@@ -3,6 +3,7 @@
 #include <sys/mman.h>
 
 #include "page/share_page.h"
+#include "platform/unique_fd.h"
 
 // Owns one shared mapping of a page file and removes it at the end.
 class PageMapping {
@@ -22,3 +23,7 @@ public:
 private:
     SharePage* m_page = nullptr;
 };
+
+// Opens the page file with the flags of open(), and maps the page to be read only for O_RDONLY. On
+// failure Get() is null and errno says why.
+PageMapping MapPageFile(int flags, UniqueFd& file);

@@ -1,13 +1,11 @@
 #include "tools/catalogue_source.h"
 
-#include <unistd.h>
-
-#include <cstdio>
 #include <cstring>
 #include <functional>
 
 #include "platform/device_root.h"
 #include "platform/ko_cfg_file.h"
+#include "tools/stdout_to_stderr.h"
 #include "tools/text.h"
 
 namespace {
@@ -54,20 +52,4 @@ std::string FaultText(const LoadResult& result) {
         default:
             return "";
     }
-}
-
-StdoutToStderr::StdoutToStderr() {
-    std::fflush(stdout);
-    m_failed = std::ferror(stdout) != 0;
-    m_saved = dup(STDOUT_FILENO);
-    dup2(STDERR_FILENO, STDOUT_FILENO);
-}
-
-StdoutToStderr::~StdoutToStderr() {
-    std::fflush(stdout);
-    if (!m_failed) {
-        std::clearerr(stdout);  // what failed are messages, not the result
-    }
-    dup2(m_saved, STDOUT_FILENO);
-    close(m_saved);
 }

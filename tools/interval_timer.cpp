@@ -3,22 +3,17 @@
 #include <algorithm>
 
 #include "platform/sleep_once.h"
-
-namespace {
-
-constexpr int kEnding[] = {SIGINT, SIGTERM, SIGHUP};
-
-}  // namespace
+#include "tools/ending_signals.h"
 
 IntervalTimer::IntervalTimer(std::chrono::milliseconds interval, const std::vector<int>& others)
     : m_interval(std::max(interval, std::chrono::milliseconds{1})) {
     std::vector<int> signals(others);
-    signals.insert(signals.end(), std::begin(kEnding), std::end(kEnding));
+    signals.insert(signals.end(), kEndingSignals.begin(), kEndingSignals.end());
     sigemptyset(&m_signals);
     for (const int signal : signals) {
         struct sigaction action = {};
         sigaction(signal, nullptr, &action);
-        if (action.sa_handler != SIG_IGN) {  // as under nohup
+        if (action.sa_handler != SIG_IGN) {
             sigaddset(&m_signals, signal);
         }
     }
@@ -36,11 +31,4 @@ int IntervalTimer::Wait() {
     }
     m_last = next;
     return 0;
-}
-
-bool IntervalTimer::IsOver() {
-    sigset_t pending;
-    sigpending(&pending);
-    return std::any_of(std::begin(kEnding), std::end(kEnding),
-                       [&](int signal) { return sigismember(&pending, signal) == 1; });
 }

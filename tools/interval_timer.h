@@ -4,19 +4,16 @@
 #include <csignal>
 #include <vector>
 
-// The steady schedule of a view that goes on until SIGINT, SIGTERM or SIGHUP. They are blocked from
-// then on, unless the process ignores them. One in a process.
+// A steady schedule until SIGINT, SIGTERM or SIGHUP comes. These signals are blocked from
+// construction on, unless the process ignores them. One in a process.
 class IntervalTimer {
 public:
     // `others` are signals that end nothing, for Wait to return.
     explicit IntervalTimer(std::chrono::milliseconds interval, const std::vector<int>& others = {});
 
-    // Waits for the next beat; those that have passed since the last one are left out. 0, or the
-    // signal that came first.
+    // Waits for the end of the interval; those that have passed since the last call are skipped.
+    // Returns 0, or the signal that came first.
     int Wait();
-
-    // Whether a signal to end has come that Wait has not returned.
-    static bool IsOver();
 
 private:
     using Clock = std::chrono::steady_clock;

@@ -36,6 +36,16 @@ std::string Quoted(std::string_view text) {
            (Columns(text) > kQuotedColumns ? "...\"" : "\"");
 }
 
+std::string FormatText(std::string_view text, std::initializer_list<std::string> values) {
+    std::string formatted;
+    for (const std::string& value : values) {
+        const std::size_t place = text.find("{}");
+        formatted.append(text.substr(0, place)).append(value);
+        text.remove_prefix(place + 2);
+    }
+    return formatted.append(text);
+}
+
 std::string Joined(const std::vector<std::string>& texts, const char* separator) {
     std::string joined;
     for (const std::string& text : texts) {

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +15,9 @@ std::string CutToColumns(std::string_view text, std::size_t columns);
 
 // The text of one row, printable, in double quotes and cut after 60 code points.
 std::string Quoted(std::string_view text);
+
+// The text with each "{}" replaced by the next value; there is one for each.
+std::string FormatText(std::string_view text, std::initializer_list<std::string> values);
 
 // The texts with the separator between them.
 std::string Joined(const std::vector<std::string>& texts, const char* separator);

@@ -28,21 +28,17 @@ KoFileParse::KoCmdInfo Command(const std::string& format, const std::string& tag
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto parts = SplitInput(data, size, 3);
     const auto cmd = Command(parts[0], parts[1]);
-    const auto* bytes = reinterpret_cast<const std::uint8_t*>(parts[2].data());
+    const std::string bytes = std::string(sizeof(std::int32_t), '\0') + parts[2];  // after a status
+    Reply reply = {{bytes.begin(), bytes.end()}, {}};
     for (const bool terminal : {false, true}) {
-        android::Parcel reply;
-        reply.setData(bytes, parts[2].size());
         PrintLabelled(cmd, reply, terminal);
     }
-    android::Parcel reply;
-    reply.setData(bytes, parts[2].size());
-    std::vector<ReplyRecord> records;
-    if (!ReadRecords(reply, cmd.m_strPrintFmt, records)) {
+    if (ReadReply(cmd, reply)) {
         return 0;
     }
-    const Json array = RecordsJson(cmd, records, JsonInt64::kString);
-    for (std::size_t i = 0; i < records.size(); ++i) {
-        Require(array[i].size() == records[i].size(), "a name of its own for each value");
+    const Json array = RecordsJson(cmd, reply.records, JsonInt64::kString);
+    for (std::size_t i = 0; i < reply.records.size(); ++i) {
+        Require(array[i].size() == reply.records[i].size(), "a name of its own for each value");
     }
     JsonText(array);  // throws at what it cannot print
     return 0;

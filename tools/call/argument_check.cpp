@@ -10,6 +10,7 @@
 #include "format/format_letters.h"
 #include "format/parcel_fields.h"
 #include "format/utf8.h"
+#include "tools/text.h"
 
 namespace {
 
@@ -50,12 +51,35 @@ std::string TextFault(const std::string& word) {
     return ValidUtf8(word) != word ? "is not UTF-8" : "";
 }
 
+std::string Position(std::size_t index, char letter) {
+    return FormatText("argument {} ({})",
+                      {std::to_string(index + 1), FindFormatLetter(letter)->typeName});
+}
+
+// For a word that looks like an option after the place where those end.
+std::string OptionHint(const std::string& word) {
+    return word.compare(0, 2, "--") == 0 ? "; options stand before MODULE" : "";
+}
+
 }  // namespace
 
-std::string ArgumentLetters(const std::string& paraFormat) {
-    std::string letters = paraFormat;
-    letters.erase(std::remove_if(letters.begin(), letters.end(), IsWithoutValue), letters.end());
-    return letters;
+std::string ArgumentsFault(const std::string& letters, const std::vector<std::string>& words) {
+    for (std::size_t i = 0; i < std::min(letters.size(), words.size()); ++i) {
+        const std::string fault = ArgumentFault(letters[i], words[i]);
+        if (!fault.empty()) {
+            return FormatText("{}: {} {}{}", {Position(i, letters[i]), Quoted(words[i]), fault,
+                                              OptionHint(words[i])});
+        }
+    }
+    if (words.size() < letters.size()) {
+        return Position(words.size(), letters[words.size()]) + " is missing";
+    }
+    if (words.size() > letters.size()) {
+        const std::string& word = words[letters.size()];
+        return FormatText("argument {}: {} is left over{}",
+                          {std::to_string(letters.size() + 1), Quoted(word), OptionHint(word)});
+    }
+    return "";
 }
 
 std::string ArgumentFault(char letter, const std::string& word) {

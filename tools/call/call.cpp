@@ -2,25 +2,24 @@
 
 #include "tools/call/prepared_request.h"
 #include "tools/commands.h"
-#include "tools/json.h"
 #include "tools/text.h"
 
 int RunCall(const CommandLine& line) {
-    PreparedCall call;
-    if (!Prepare(line, call)) {
+    PreparedRequest prepared;
+    if (!Prepare(line, prepared)) {
         return kExitNotSent;
     }
-    android::Parcel reply;
-    std::vector<ReplyRecord> records;
-    const Outcome outcome = Send(call, {line.timeout, line.force, {}}, reply, records);
-    if (outcome.status != kExitDone) {
-        Complain(outcome.reason);
-    } else if (line.json) {
-        for (const Json& record : RecordsJson(*call.cmd, records, *line.json)) {
-            PrintJsonLine(record);
-        }
-    } else {
-        PrintLabelled(*call.cmd, reply, OutputIsTerminal());
+    Reply reply;
+    if (const auto failure = Send(prepared, {line.timeout, line.force}, reply)) {
+        Complain(failure->reason);
+        return failure->status;
     }
-    return outcome.status;
+    if (!line.json) {
+        PrintLabelled(*prepared.cmd, reply, OutputIsTerminal());
+        return kExitDone;
+    }
+    for (const Json& record : RecordsJson(*prepared.cmd, reply.records, *line.json)) {
+        PrintJsonLine(record);
+    }
+    return kExitDone;
 }

@@ -1,36 +1,29 @@
-#include <cstring>
-
 #include "format/format_letters.h"
 #include "format/parcel_fields.h"
+#include "format/printable.h"
 #include "page/share_page.h"
 #include "tools/call/prepared_request.h"
-#include "tools/call/reply.h"
 #include "tools/commands.h"
-#include "tools/exit_status.h"
 #include "tools/table.h"
 #include "tools/text.h"
 
 namespace {
 
-std::string HeaderBytes(std::size_t length) {
-    SharePage page = {};
-    StoreHeader(page, kRequestPosted, length);
-    const SharePageHeader header = LoadHeader(page);
-    std::uint8_t bytes[kHeaderSize];
-    std::memcpy(bytes, &header, sizeof(bytes));
-    return HexBytes(bytes, sizeof(bytes));
+std::string ValueText(const ParcelField& field) {
+    const std::string text = FieldText(field.value);
+    return field.letter == 's' ? "\"" + Printable(text) + "\"" : text;
 }
 
 }  // namespace
 
 int RunEncode(const CommandLine& line) {
-    PreparedCall call;
-    if (!Prepare(line, call)) {
+    PreparedRequest prepared;
+    if (!Prepare(line, prepared)) {
         return kExitNotSent;
     }
     android::Parcel sent;
-    sent.setData(call.request.data(), call.request.dataSize());
-    const auto fields = ReadFields(sent, "d" + call.cmd->m_strParaFmt);
+    sent.setData(prepared.bytes.data(), prepared.bytes.dataSize());
+    const auto fields = ReadFields(sent, "d" + prepared.cmd->m_strParaFmt);
     if (!fields) {
         Complain("the request does not read back");
         return kExitNotSent;
@@ -41,8 +34,11 @@ int RunEncode(const CommandLine& line) {
                         HexBytes(sent.data() + field.offset, field.size),
                         FindFormatLetter(field.letter)->typeName, ValueText(field)});
     }
-    rows[1].back() = Hex(call.cmd->m_instruct) + " instruction";
-    rows.push_back({"header", HeaderBytes(sent.dataSize())});
+    rows[1].back() = Hex(prepared.cmd->m_instruct) + " instruction";
+    const SharePageHeader header = {
+        kRequestPosted, {}, static_cast<std::uint32_t>(sent.dataSize())};
+    rows.push_back(
+        {"header", HexBytes(reinterpret_cast<const std::uint8_t*>(&header), sizeof(header))});
     PrintTable(rows, "");
     return kExitDone;
 }

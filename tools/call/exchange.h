@@ -1,28 +1,27 @@
 #pragma once
 
 #include <chrono>
-#include <functional>
+#include <cstdint>
+#include <optional>
+#include <vector>
 
-#include "page/page_mapping.h"
 #include "platform/parcel.h"
-#include "platform/unique_fd.h"
-#include "tools/outcome.h"
+#include "tools/failure.h"
 
-// Opens and maps the page with the flags of open and the protection of mmap. kExitDone or
-// kExitPage.
-Outcome MapPage(int flags, int protection, UniqueFd& file, PageMapping& mapping);
-
-struct CallLimits {
+struct ExchangeLimits {
     std::chrono::milliseconds timeout;
-    bool force;  // write over a request that somebody left unanswered
-    // Asked now and then while the call waits; false gives up. May be empty.
-    std::function<bool()> goOn;
+    bool force;  // overwrite a request that somebody left unanswered
 };
 
-// One call: maps the page, waits for the turn, posts the request and takes the reply, all within
-// the time-out. A request that somebody left unanswered is waited for, and its answer dropped,
-// unless the limits say to write over it. kExitDone, kExitBusy, kExitNoAnswer or kExitPage. Should
-// SIGINT, SIGTERM or SIGHUP end the process meanwhile, a message says first what becomes of the
-// request. One at a time, on the main thread.
-Outcome CallService(const android::Parcel& request, const CallLimits& limits,
-                    android::Parcel& reply);
+// One exchange with the service: maps the page, waits for the turn, posts the request and takes the
+// reply, all within the timeout. Waits for the reply to a request that somebody left unanswered,
+// and drops it, unless forced. Returns nullopt with the reply; or kExitBusy, kExitNoAnswer or
+// kExitPage.
+//
+// SIGINT, SIGTERM or SIGHUP end the process after a message that says what becomes of the request;
+// if they are blocked, they end the wait. One at a time, on the main thread.
+std::optional<Failure> RunExchange(const android::Parcel& request, const ExchangeLimits& limits,
+                                   std::vector<std::uint8_t>& reply);
+
+// A failure of the page, whose file the reason then names.
+Failure PageFailure(ExitStatus status, const std::string& reason);

@@ -1,6 +1,5 @@
 #include "tools/call/prepared_request.h"
 
-#include <algorithm>
 #include <iterator>
 #include <sstream>
 #include <vector>
@@ -13,6 +12,7 @@
 #include "tools/call/argument_check.h"
 #include "tools/catalogue_source.h"
 #include "tools/nearest.h"
+#include "tools/stdout_to_stderr.h"
 #include "tools/text.h"
 #include "tools/type_names.h"
 
@@ -57,63 +57,19 @@ const CmdInfo* FindCommand(const KoFileParse& catalogue, const std::string& modu
     return &cmd->second;
 }
 
+// False after a message.
 bool LettersAreKnown(const CmdInfo& cmd, const char* key, const std::string& format) {
     for (const char letter : format) {
         if (FindFormatLetter(letter) == nullptr) {
-            Complain("the " + std::string(key) + " " + Quoted(format) + " of " +
-                     Quoted(cmd.m_strCmd) + " has the unknown letter " +
-                     Quoted(std::string(1, letter)));
+            Complain(FormatText("the {} {} of {} has the unknown letter {}",
+                                {key, Quoted(format), Quoted(cmd.m_strCmd), Quoted({&letter, 1})}));
             return false;
         }
     }
     return true;
 }
 
-std::string Position(std::size_t index, char letter) {
-    return "argument " + std::to_string(index + 1) + " (" + FindFormatLetter(letter)->typeName +
-           ")";
-}
-
-// A word that looks like an option behind the place where those end.
-std::string OptionHint(const std::string& word) {
-    return word.compare(0, 2, "--") == 0 ? "; options stand before MODULE" : "";
-}
-
-// Why the words are not the arguments; empty when they are.
-std::string ArgumentsFault(const std::string& letters, const Words& words) {
-    for (std::size_t i = 0; i < std::min(letters.size(), words.size()); ++i) {
-        const std::string fault = ArgumentFault(letters[i], words[i]);
-        if (!fault.empty()) {
-            return Position(i, letters[i]) + ": " + Quoted(words[i]) + " " + fault +
-                   OptionHint(words[i]);
-        }
-    }
-    if (words.size() < letters.size()) {
-        return Position(words.size(), letters[words.size()]) + " is missing";
-    }
-    if (words.size() > letters.size()) {
-        const std::string& word = words[letters.size()];
-        return "argument " + std::to_string(letters.size() + 1) + ": " + Quoted(word) +
-               " is left over" + OptionHint(word);
-    }
-    return "";
-}
-
-// False after a message and what the prompt shows then: the command, its arguments and description.
-bool ArgumentsFit(const CmdInfo& cmd, const Words& words) {
-    const std::string letters = ArgumentLetters(cmd.m_strParaFmt);
-    const std::string fault = ArgumentsFault(letters, words);
-    if (fault.empty()) {
-        return true;
-    }
-    Complain(fault);
-    Complain(Quoted(cmd.m_strCmd) + " takes " +
-             (letters.empty() ? "no argument" : Joined(TypeNames(letters), ", ")) + ": " +
-             Printable(cmd.m_strDescrip));
-    return false;
-}
-
-// The arguments as the prompt hands them to the encoder, but for the last blank.
+// The arguments as the prompt hands them to the encoder, except for the last blank.
 std::string ArgumentText(const Words& words) {
     std::string text;
     for (const std::string& word : words) {
@@ -122,45 +78,59 @@ std::string ArgumentText(const Words& words) {
     return text;
 }
 
-bool Encode(const CmdInfo& cmd, const std::string& text, android::Parcel& request) {
-    const StdoutToStderr redirect;
-    std::istringstream args(text + " ");
-    KO_BOOL valid = 1;
-    return request.writeInt32(cmd.m_instruct) == 0 &&
-           KoCmdDebug::ParseCmdImp(cmd.m_strParaFmt, valid, request, args) == 0 && valid != 0;
-}
-
-}  // namespace
-
-bool Prepare(const CommandLine& line, PreparedCall& call) {
-    if (!LoadCatalogue(FindCatalogue(line.catalogue), call.catalogue)) {
+// False after a message and what the prompt shows then: the command, its arguments and description.
+bool ArgumentsFit(const CmdInfo& cmd, const Words& words) {
+    const std::string letters = LettersWithValue(cmd.m_strParaFmt);
+    const std::string fault = ArgumentsFault(letters, words);
+    if (!fault.empty()) {
+        Complain(fault);
+        Complain(FormatText("{} takes {}: {}",
+                            {Quoted(cmd.m_strCmd),
+                             letters.empty() ? "no argument" : Joined(TypeNames(letters), ", "),
+                             Printable(cmd.m_strDescrip)}));
         return false;
     }
-    call.cmd = FindCommand(call.catalogue, line.words[0], line.words[1]);
-    if (call.cmd == nullptr || !LettersAreKnown(*call.cmd, "para format", call.cmd->m_strParaFmt) ||
-        !LettersAreKnown(*call.cmd, "print format", call.cmd->m_strPrintFmt)) {
-        return false;
-    }
-    const Words arguments(std::next(line.words.begin(), 2), line.words.end());
-    if (!ArgumentsFit(*call.cmd, arguments)) {
-        return false;
-    }
-    const std::string text = ArgumentText(arguments);
-    if (text.size() > kArgumentTextLimit) {
-        Complain("the arguments have " + std::to_string(text.size()) +
-                 " characters with their blanks; the console takes " +
-                 std::to_string(kArgumentTextLimit));
-        return false;
-    }
-    if (!Encode(*call.cmd, text, call.request)) {
-        Complain("the console's encoder refuses the arguments");
+    const std::size_t size = ArgumentText(words).size();
+    if (size > kArgumentTextLimit) {
+        Complain(
+            FormatText("the arguments have {} characters with their blanks; the console takes {}",
+                       {std::to_string(size), std::to_string(kArgumentTextLimit)}));
         return false;
     }
     return true;
 }
 
-Outcome Send(const PreparedCall& call, const CallLimits& limits, android::Parcel& reply,
-             std::vector<ReplyRecord>& records) {
-    Outcome outcome = CallService(call.request, limits, reply);
-    return outcome.status == kExitDone ? ReadReply(*call.cmd, reply, records) : outcome;
+// False after a message.
+bool Encode(const CmdInfo& cmd, const Words& words, android::Parcel& request) {
+    const StdoutToStderr redirect;
+    std::istringstream args(ArgumentText(words) + " ");
+    KO_BOOL valid = 1;
+    if (request.writeInt32(cmd.m_instruct) == 0 &&
+        KoCmdDebug::ParseCmdImp(cmd.m_strParaFmt, valid, request, args) == 0 && valid != 0) {
+        return true;
+    }
+    Complain("the console's encoder refuses the arguments");
+    return false;
+}
+
+}  // namespace
+
+bool Prepare(const CommandLine& line, PreparedRequest& prepared) {
+    if (!LoadCatalogue(FindCatalogue(line.catalogue), prepared.catalogue)) {
+        return false;
+    }
+    const CmdInfo* cmd = FindCommand(prepared.catalogue, line.words[0], line.words[1]);
+    const Words arguments(std::next(line.words.begin(), 2), line.words.end());
+    prepared.cmd = cmd;
+    return cmd != nullptr && LettersAreKnown(*cmd, "para format", cmd->m_strParaFmt) &&
+           LettersAreKnown(*cmd, "print format", cmd->m_strPrintFmt) &&
+           ArgumentsFit(*cmd, arguments) && Encode(*cmd, arguments, prepared.bytes);
+}
+
+std::optional<Failure> Send(const PreparedRequest& prepared, const ExchangeLimits& limits,
+                            Reply& reply) {
+    if (auto failure = RunExchange(prepared.bytes, limits, reply.bytes)) {
+        return failure;
+    }
+    return ReadReply(*prepared.cmd, reply);
 }

@@ -7,17 +7,17 @@
 #include "tools/command_line.h"
 
 // What "encode" shows and "call" sends.
-struct PreparedCall {
+struct PreparedRequest {
     KoFileParse catalogue;
     const KoFileParse::KoCmdInfo* cmd = nullptr;  // in the catalogue
-    android::Parcel request;
+    android::Parcel bytes;
 };
 
 // Finds the command that the first two words name, the module by its selecting word or its name,
 // checks the other words as its arguments and encodes them with the console's encoder. False after
 // a message.
-bool Prepare(const CommandLine& line, PreparedCall& call);
+bool Prepare(const CommandLine& line, PreparedRequest& prepared);
 
-// Sends it and reads the reply, as CallService and ReadReply do.
-Outcome Send(const PreparedCall& call, const CallLimits& limits, android::Parcel& reply,
-             std::vector<ReplyRecord>& records);
+// Sends it and reads the reply, as RunExchange and ReadReply do.
+std::optional<Failure> Send(const PreparedRequest& prepared, const ExchangeLimits& limits,
+                            Reply& reply);

@@ -2,45 +2,82 @@
 
 #include <nlohmann/json.hpp>
 #include <set>
+#include <utility>
 
 #include "format/format_letters.h"
 #include "format/printable.h"
 #include "format/utf8.h"
 #include "printer/printer.h"
-#include "tools/json.h"
 #include "tools/text.h"
 
 namespace {
 
 constexpr char kZero[] = "\\u0000";
 
-FieldValue ShownValue(const FieldValue& value, bool terminal) {
-    if (!std::holds_alternative<android::String16>(value)) {
-        return value;
+// Reads records up to the end of the reply. False if there is anything else.
+bool ReadRecords(const android::Parcel& reply, const std::string& format,
+                 std::vector<ReplyRecord>& records) {
+    while (reply.dataAvail() != 0) {
+        const std::size_t before = reply.dataAvail();
+        auto record = ReadFields(reply, format);
+        if (!record || reply.dataAvail() == before) {
+            return false;
+        }
+        records.push_back(std::move(*record));
     }
-    const std::string text = ShownText(FieldText(value), terminal);
-    return android::String16(text.data(), text.size());
+    return true;
 }
 
-// Copies the values that the printer finds, up to the first that is cut. It looks at no letter
-// without a tag, so they may be others than those of the whole print format.
-void CopyShown(const android::Parcel& reply, const std::string& letters, bool terminal,
-               android::Parcel& shown) {
+void CopyShown(const FieldValue& value, bool terminal, android::Parcel& shown) {
+    if (std::holds_alternative<android::String16>(value)) {
+        const std::string text = ShownText(FieldText(value), terminal);
+        shown.writeString16(android::String16(text.data(), text.size()));
+    } else {
+        WriteField(shown, value);
+    }
+}
+
+// Copies the values that the printer finds, up to the first truncated one. It looks at no letter
+// without a label, so they may be others than those of the whole print format.
+void CopyAllShown(const android::Parcel& reply, const std::string& letters, bool terminal,
+                  android::Parcel& shown) {
     for (std::size_t left = 0; left != reply.dataAvail();) {
         left = reply.dataAvail();
         for (const char letter : letters) {
-            const auto fields = ReadFields(reply, std::string(1, letter));
+            const auto fields = ReadFields(reply, {letter});
             if (!fields) {
                 return;
             }
             for (const ParcelField& field : *fields) {
-                WriteField(shown, ShownValue(field.value, terminal));
+                CopyShown(field.value, terminal, shown);
             }
         }
     }
 }
 
 }  // namespace
+
+std::optional<Failure> ReadReply(const KoFileParse::KoCmdInfo& cmd, Reply& reply) {
+    android::Parcel parcel;
+    parcel.setData(reply.bytes.data(), reply.bytes.size());
+    const auto bytes = [&reply] { return HexBytes(reply.bytes.data(), reply.bytes.size()); };
+    if (parcel.dataAvail() < sizeof(std::int32_t)) {
+        return Failure{kExitPage, "the reply is too short for a status: " + bytes()};
+    }
+    const std::int32_t status = parcel.readInt32();
+    if (status != 0) {
+        return Failure{kExitRefused, FormatText("the service refused: status {} ({})",
+                                                {std::to_string(status), Hex(status)})};
+    }
+    if (!ReadRecords(parcel, cmd.m_strPrintFmt, reply.records)) {
+        reply.records.clear();
+        return Failure{kExitPage,
+                       FormatText("the reply is no whole number of records of the print format "
+                                  "{}: {}",
+                                  {Quoted(cmd.m_strPrintFmt), bytes()})};
+    }
+    return std::nullopt;
+}
 
 std::vector<std::string> ValueNames(const KoFileParse::KoCmdInfo& cmd) {
     std::vector<std::string> names;
@@ -69,32 +106,6 @@ std::string ShownText(const std::string& text, bool terminal) {
     return terminal ? Printable(shown) : shown;
 }
 
-std::string ValueText(const ParcelField& field) {
-    const std::string text = FieldText(field.value);
-    return field.letter == 's' ? "\"" + Printable(text) + "\"" : text;
-}
-
-std::vector<std::string> RecordTexts(const ReplyRecord& record) {
-    std::vector<std::string> texts;
-    for (const ParcelField& field : record) {
-        texts.push_back(ShownText(FieldText(field.value), false));
-    }
-    return texts;
-}
-
-bool ReadRecords(const android::Parcel& reply, const std::string& format,
-                 std::vector<ReplyRecord>& records) {
-    while (reply.dataAvail() != 0) {
-        const std::size_t before = reply.dataAvail();
-        auto record = ReadFields(reply, format);
-        if (!record || reply.dataAvail() == before) {
-            return false;
-        }
-        records.push_back(std::move(*record));
-    }
-    return true;
-}
-
 Json RecordsJson(const KoFileParse::KoCmdInfo& cmd, const std::vector<ReplyRecord>& records,
                  JsonInt64 int64) {
     const std::vector<std::string> names = ValueNames(cmd);
@@ -109,39 +120,20 @@ Json RecordsJson(const KoFileParse::KoCmdInfo& cmd, const std::vector<ReplyRecor
     return array;
 }
 
-void PrintLabelled(const KoFileParse::KoCmdInfo& cmd, const android::Parcel& reply, bool terminal) {
-    Array<std::string> tags;
-    for (const std::string& tag : cmd.m_printTags) {
-        tags.push_back(ShownText(tag, terminal));
+void PrintLabelled(const KoFileParse::KoCmdInfo& cmd, const Reply& reply, bool terminal) {
+    Array<std::string> labels;
+    for (const std::string& label : cmd.m_printTags) {
+        labels.push_back(ShownText(label, terminal));
     }
-    const std::string letters = cmd.m_strPrintFmt.substr(0, tags.size());
+    const std::string letters = cmd.m_strPrintFmt.substr(0, labels.size());
+    android::Parcel parcel;
+    parcel.setData(reply.bytes.data(), reply.bytes.size());
+    parcel.readInt32();
     android::Parcel shown;
-    CopyShown(reply, letters, terminal, shown);
+    CopyAllShown(parcel, letters, terminal, shown);
     android::Parcel values;
     values.setData(shown.data(), shown.dataSize());
     Printer printer(values);
-    printer.Fmt(letters.c_str(), tags);
+    printer.Fmt(letters.c_str(), labels);
     printer.Flush();
-}
-
-Outcome ReadReply(const KoFileParse::KoCmdInfo& cmd, const android::Parcel& reply,
-                  std::vector<ReplyRecord>& records) {
-    const auto bytes = [&] { return HexBytes(reply.data(), reply.dataSize()); };
-    if (reply.dataAvail() < sizeof(std::int32_t)) {
-        return {kExitPage, "the reply is too short for a status: " + bytes()};
-    }
-    const std::int32_t status = reply.readInt32();
-    if (status != 0) {
-        return {kExitRefused,
-                "the service refused: status " + std::to_string(status) + " (" + Hex(status) + ")"};
-    }
-    android::Parcel values;
-    values.setData(reply.data(), reply.dataSize());
-    values.readInt32();
-    if (!ReadRecords(values, cmd.m_strPrintFmt, records)) {
-        records.clear();
-        return {kExitPage, "the reply is no whole number of records of the print format " +
-                               Quoted(cmd.m_strPrintFmt) + ": " + bytes()};
-    }
-    return {};
 }

@@ -6,7 +6,6 @@
 #include "format/argument_text.h"
 #include "format/format_letters.h"
 #include "page/share_page.h"
-#include "tools/call/argument_check.h"
 #include "tools/check/check.h"
 #include "tools/text.h"
 
@@ -113,7 +112,7 @@ void CheckTags(const CmdBlock& block, FindingList& findings) {
 
 // Each argument takes a character of its own and the blank before it.
 void CheckArgumentText(const CmdBlock& block, FindingList& findings) {
-    const std::size_t arguments = ArgumentLetters(block.record.m_strParaFmt).size();
+    const std::size_t arguments = LettersWithValue(block.record.m_strParaFmt).size();
     const std::size_t most = kArgumentTextLimit / 2;
     if (arguments > most) {
         findings.Warning(block.LineOf(kParaFormatKey),

@@ -14,7 +14,24 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 using Clock = std::chrono::steady_clock;
+using SystemClock = std::chrono::system_clock;
 using Ms = std::chrono::milliseconds;
+
+// What the summary says.
+struct Counts {
+    std::map<std::int64_t, std::uint64_t> latencies;  // ms, and the exchanges that took them
+    std::uint64_t exchanges = 0;
+    std::uint64_t requestsAlone = 0;
+    std::uint64_t repliesAlone = 0;
+
+    std::int64_t Median() const {
+        auto latency = latencies.begin();
+        for (auto upTo = latency->second; upTo * 2 < exchanges; upTo += latency->second) {
+            ++latency;
+        }
+        return latency->first;
+    }
+};
 
 // Follows the messages from one to the next.
 class Monitor {
@@ -22,90 +39,13 @@ public:
     Monitor(const CommandLine& line, const KoFileParse& catalogue)
         : m_line(line), m_cmds(catalogue) {}
 
-    void Tell(const PageCopy& page) {
-        const unsigned int flags = page.header.flags;
-        const bool isReply = (flags & kReplyReady) != 0;
-        const bool isRequest = !isReply && (flags & kRequestPosted) != 0;
-        const bool isAlone = m_waiting && !isReply;
-        const char* kind = isReply ? "reply" : isRequest ? "request" : "nothing";
-        Report report(kind, std::chrono::system_clock::now());
-        report.AddFaultIf(isAlone, "no reply was seen to the request before");
-        m_requestsAlone += isAlone ? 1 : 0;
-        if (isRequest) {
-            TellRequest(page.Data(), report);
-        } else if (isReply) {
-            TellReply(page.Data(), report);
-        }
-        m_waiting = isRequest;
-        const std::uint8_t* zero = page.header.zero;
-        report.AddFaultIf(flags > kReplyReady || (zero[0] | zero[1] | zero[2]) != 0,
-                          "forbidden flags");
-        report.AddFaultIf(page.header.length > kDataCapacity, "forbidden length");
-        if (m_line.hex || report.HasFaults()) {
-            const auto* bytes = reinterpret_cast<const std::uint8_t*>(&page);
-            report.Add("bytes", HexBytes(bytes, page.Size()));
-        }
-        report.Print(m_line.json.has_value());
-    }
-
-    void Summarise() const {
-        Report report("summary", std::chrono::system_clock::now());
-        report.Add("exchanges", m_exchanges);
-        if (m_exchanges != 0) {
-            auto median = m_latencies.begin();
-            for (auto upTo = median->second; upTo * 2 < m_exchanges; upTo += median->second) {
-                ++median;
-            }
-            report.Add("least_ms", m_latencies.begin()->first);
-            report.Add("median_ms", median->first);
-            report.Add("longest_ms", m_latencies.rbegin()->first);
-        }
-        report.Add("requests_alone", m_requestsAlone + (m_waiting ? 1 : 0));
-        report.Add("replies_alone", m_repliesAlone);
-        report.Print(m_line.json.has_value());
-    }
+    void Tell(const PageCopy& page);
+    void Summarise() const;
 
 private:
-    void TellRequest(const Bytes& bytes, Report& report) {
-        m_requestTime = Clock::now();
-        m_request = m_cmds.Decode(bytes);
-        if (m_request.cmd != nullptr) {
-            Json arguments = Json::array();
-            for (const ParcelField& argument : m_request.arguments) {
-                arguments.push_back(JsonValue(argument.value, m_int64));
-            }
-            report.Add("module", m_request.cmd->m_strBelongMod);
-            report.Add("command", m_request.cmd->m_strCmd);
-            report.Add("arguments", arguments);
-        }
-        report.AddFaultIf(m_request.cmd == nullptr, m_request.known
-                                                        ? "the arguments do not decode"
-                                                        : "no command has this instruction");
-        report.Add("instruction", Hex(m_request.instruct));
-    }
-
-    // Which values it has is known when the request was seen.
-    void TellReply(const Bytes& bytes, Report& report) {
-        android::Parcel reply;
-        reply.setData(bytes.data(), bytes.size());
-        report.Add("status", reply.readInt32());
-        report.AddFaultIf(!m_waiting, "no request was seen before");
-        if (!m_waiting) {
-            ++m_repliesAlone;
-            return;
-        }
-        const auto ms = std::chrono::duration_cast<Ms>(Clock::now() - m_requestTime).count();
-        ++m_exchanges;
-        ++m_latencies[ms];
-        report.Add("latency_ms", ms);
-        if (m_request.cmd != nullptr) {
-            std::vector<ReplyRecord> records;
-            reply.setData(bytes.data(), bytes.size());
-            const Outcome outcome = ReadReply(*m_request.cmd, reply, records);
-            report.AddFaultIf(outcome.status == kExitPage, outcome.reason);
-            report.Add("records", RecordsJson(*m_request.cmd, records, m_int64));
-        }
-    }
+    void TellRequest(const Bytes& bytes, Report& report);
+    void TellReply(const Bytes& bytes, Report& report);
+    void TellRecords(const Bytes& bytes, Report& report) const;
 
     const CommandLine& m_line;
     const JsonInt64 m_int64 = m_line.json.value_or(JsonInt64::kNumber);
@@ -113,11 +53,90 @@ private:
     bool m_waiting = false;           // the last message is a request:
     CmdsByNumber::Request m_request;  // this one
     Clock::time_point m_requestTime;
-    std::map<std::int64_t, std::uint64_t> m_latencies;  // ms, and how often
-    std::uint64_t m_exchanges = 0;
-    std::uint64_t m_requestsAlone = 0;
-    std::uint64_t m_repliesAlone = 0;
+    Counts m_counts;
 };
+
+void Monitor::Tell(const PageCopy& page) {
+    const unsigned int flags = page.header.flags;
+    const bool isReply = (flags & kReplyReady) != 0;
+    const bool isRequest = !isReply && (flags & kRequestPosted) != 0;
+    const bool isAlone = m_waiting && !isReply;
+    Report report(isReply ? "reply" : isRequest ? "request" : "nothing", SystemClock::now());
+    report.AddFaultIf(isAlone, "no reply was seen to the request before");
+    m_counts.requestsAlone += isAlone ? 1 : 0;
+    if (isRequest) {
+        TellRequest(page.Data(), report);
+    } else if (isReply) {
+        TellReply(page.Data(), report);
+    }
+    m_waiting = isRequest;
+    const std::uint8_t* zero = page.header.zero;
+    report.AddFaultIf(flags > kReplyReady || (zero[0] | zero[1] | zero[2]) != 0, "forbidden flags");
+    report.AddFaultIf(page.header.length > kDataCapacity, "forbidden length");
+    if (m_line.hex || report.HasFaults()) {
+        const auto* bytes = reinterpret_cast<const std::uint8_t*>(&page);
+        report.Add("bytes", HexBytes(bytes, page.Size()));
+    }
+    report.Print(m_line.json.has_value());
+}
+
+void Monitor::TellRequest(const Bytes& bytes, Report& report) {
+    m_requestTime = Clock::now();
+    m_request = m_cmds.Decode(bytes);
+    if (m_request.cmd != nullptr) {
+        Json arguments = Json::array();
+        for (const ParcelField& argument : m_request.arguments) {
+            arguments.push_back(JsonValue(argument.value, m_int64));
+        }
+        report.Add("module", m_request.cmd->m_strBelongMod);
+        report.Add("command", m_request.cmd->m_strCmd);
+        report.Add("arguments", arguments);
+    }
+    report.AddFaultIf(m_request.cmd == nullptr, m_request.known
+                                                    ? "the arguments do not decode"
+                                                    : "no command has this instruction");
+    report.Add("instruction", Hex(m_request.instruct));
+}
+
+void Monitor::TellReply(const Bytes& bytes, Report& report) {
+    android::Parcel parcel;
+    parcel.setData(bytes.data(), bytes.size());
+    report.Add("status", parcel.readInt32());
+    report.AddFaultIf(!m_waiting, "no request was seen before");
+    if (!m_waiting) {
+        ++m_counts.repliesAlone;
+        return;
+    }
+    const auto latency = std::chrono::duration_cast<Ms>(Clock::now() - m_requestTime).count();
+    ++m_counts.exchanges;
+    ++m_counts.latencies[latency];
+    report.Add("latency_ms", latency);
+    if (m_request.cmd != nullptr) {
+        TellRecords(bytes, report);
+    }
+}
+
+void Monitor::TellRecords(const Bytes& bytes, Report& report) const {
+    Reply reply = {bytes, {}};
+    const auto failure = ReadReply(*m_request.cmd, reply);
+    if (failure) {
+        report.AddFaultIf(failure->status == kExitPage, failure->reason);
+    }
+    report.Add("records", RecordsJson(*m_request.cmd, reply.records, m_int64));
+}
+
+void Monitor::Summarise() const {
+    Report report("summary", SystemClock::now());
+    report.Add("exchanges", m_counts.exchanges);
+    if (m_counts.exchanges != 0) {
+        report.Add("least_ms", m_counts.latencies.begin()->first);
+        report.Add("median_ms", m_counts.Median());
+        report.Add("longest_ms", m_counts.latencies.rbegin()->first);
+    }
+    report.Add("requests_alone", m_counts.requestsAlone + (m_waiting ? 1 : 0));
+    report.Add("replies_alone", m_counts.repliesAlone);
+    report.Print(m_line.json.has_value());
+}
 
 }  // namespace
 
@@ -127,16 +146,15 @@ int RunMonitor(const CommandLine& line) {
     if (!LoadCatalogue(FindCatalogue(line.catalogue), catalogue)) {
         return kExitNotSent;
     }
-    const Outcome opened = page.Open();
-    if (opened.status != kExitDone) {
-        Complain(opened.reason);
-        return opened.status;
+    if (const auto failure = page.Open()) {
+        Complain(failure->reason);
+        return failure->status;
     }
     IntervalTimer timer(Ms{1});
     Monitor monitor(line, catalogue);
     // A reply that is there at the start is none of this time.
-    bool isNew = page.Look() && page.Last().header.flags != kReplyReady;
-    for (std::size_t left = line.count; left != 0; isNew = page.Look()) {
+    bool isNew = page.Poll() && page.Last().header.flags != kReplyReady;
+    for (std::size_t left = line.count; left != 0; isNew = page.Poll()) {
         if (isNew) {
             monitor.Tell(page.Last());
             --left;

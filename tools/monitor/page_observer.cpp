@@ -3,46 +3,58 @@
 #include <fcntl.h>
 
 #include <atomic>
+#include <cerrno>
 #include <cstring>
 
 #include "page/page_guard.h"
+#include "tools/call/exchange.h"
 
 namespace {
 
-bool Same(const PageCopy& a, const PageCopy& b, std::size_t size) {
+bool AreSame(const PageCopy& a, const PageCopy& b, std::size_t size) {
     return std::memcmp(&a, &b, size) == 0;
 }
 
 }  // namespace
 
-Outcome PageObserver::Open() {
+std::optional<Failure> PageObserver::Open() {
     UniqueFd file;
-    return MapPage(O_RDONLY | O_NONBLOCK, PROT_READ, file, m_page);
+    m_page = MapPageFile(O_RDONLY | O_NONBLOCK, file);
+    if (m_page.Get() == nullptr) {
+        return PageFailure(kExitPage, std::strerror(errno));
+    }
+    return std::nullopt;
 }
 
-// A copy that a new header has overtaken is left to the next look. Data that changes below a
-// standing header may be a message that somebody is writing.
-bool PageObserver::Look() {
-    bool overtaken = false;
-    const auto take = [this, &overtaken, &page = *m_page.Get()] {
-        m_copy.header = LoadHeader(page);
-        std::memcpy(m_copy.data, page.data, m_copy.Size() - kHeaderSize);
-        // Keeps the second look at the header behind the copy.
+// A copy that a new header has overtaken is left to the next poll. Data that changes below the same
+// header may be a message that somebody is writing.
+bool PageObserver::Poll() {
+    PageCopy copy = {};
+    if (!Copy(copy)) {
+        return false;
+    }
+    const bool isNewHeader = !AreSame(copy, m_last, kHeaderSize);
+    const bool isSettled = isNewHeader || AreSame(copy, m_polled, copy.Size());
+    m_polled = copy;
+    if (!isSettled || AreSame(copy, m_last, copy.Size())) {
+        return false;
+    }
+    m_last = copy;
+    return true;
+}
+
+bool PageObserver::Copy(PageCopy& copy) const {
+    bool isOvertaken = false;
+    const bool isMapped = GuardPageAccess([&copy, &isOvertaken, &page = *m_page.Get()] {
+        copy.header = LoadHeader(page);
+        std::memcpy(copy.data, page.data, copy.Size() - kHeaderSize);
+        // Keeps the second load of the header after the copy.
         std::atomic_thread_fence(std::memory_order_acquire);
         const SharePageHeader after = LoadHeader(page);
-        overtaken = std::memcmp(&m_copy.header, &after, sizeof(after)) != 0;
-    };
-    if (!GuardPageAccess(take)) {
-        m_copy = {};
-    } else if (overtaken) {
-        return false;
+        isOvertaken = std::memcmp(&copy.header, &after, sizeof(after)) != 0;
+    });
+    if (!isMapped) {
+        copy = {};
     }
-    const bool settled =
-        !Same(m_copy, m_last, kHeaderSize) || Same(m_copy, m_looked, m_copy.Size());
-    m_looked = m_copy;
-    if (!settled || Same(m_copy, m_last, m_copy.Size())) {
-        return false;
-    }
-    m_last = m_copy;
-    return true;
+    return !isMapped || !isOvertaken;
 }

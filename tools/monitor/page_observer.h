@@ -1,36 +1,41 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <vector>
 
-#include "tools/call/exchange.h"
+#include "page/page_mapping.h"
+#include "tools/failure.h"
 
-// What stood in the page, from its start on.
+// The content of the page, from its start on.
 struct PageCopy {
     SharePageHeader header;
     std::uint8_t data[kDataCapacity];
 
-    // Bytes with the header and as much data as that says; none when that is beyond the page.
+    // Bytes of the header and of as much data as it announces; no data if that is more than a page.
     std::size_t Size() const {
         return kHeaderSize + (header.length <= kDataCapacity ? header.length : 0);
     }
     std::vector<std::uint8_t> Data() const { return {data, data + Size() - kHeaderSize}; }
 };
 
-// Looks at the page without any part in what goes on there: mapped to be read only, no lock.
+// Polls the page without any part in what goes on there: mapped read-only, no lock.
 class PageObserver {
 public:
-    // kExitDone or kExitPage.
-    Outcome Open();
+    // Returns nullopt or kExitPage.
+    std::optional<Failure> Open();
 
-    // True when another header stands there than at the last time, or other data below the same
-    // header since the last look but one; see Last. A page whose file was cut is all zeros.
-    bool Look();
+    // True if Last has changed: another header was seen, or, below the same one, other data that
+    // two polls in a row found. A truncated page counts as all zeros.
+    bool Poll();
 
     const PageCopy& Last() const { return m_last; }
 
 private:
+    // False if the header changed meanwhile.
+    bool Copy(PageCopy& copy) const;
+
     PageMapping m_page;
     PageCopy m_last = {};
-    PageCopy m_looked = {};
-    PageCopy m_copy = {};  // of the look that goes on
+    PageCopy m_polled = {};  // by the poll before
 };

@@ -15,83 +15,108 @@ constexpr std::size_t kSummaryWidth = 80;  // columns
 
 using Cells = std::vector<std::string>;
 
-// A row for each record, and one for a sample without any.
-void PrintCsv(std::size_t values, const Sample& sample) {
-    const std::string time = IsoTime(sample.time);
-    if (sample.records.empty()) {
-        PrintLine(CsvRow({time, "", sample.outcome.reason}, Cells(values)));
+Sample TakeSample(const PreparedRequest& prepared, std::chrono::milliseconds timeout) {
+    Sample sample = {std::chrono::system_clock::now(), {}, {}};
+    sample.failure = Send(prepared, {timeout, false}, sample.reply);
+    return sample;
+}
+
+// Hands a sample to `show` at every interval until the command line's count is reached, output
+// fails, or `onSignal` is false for a signal that the timer returned.
+template <typename Show, typename OnSignal>
+void TakeSamples(const CommandLine& line, const PreparedRequest& prepared, IntervalTimer& timer,
+                 Show show, OnSignal onSignal) {
+    for (std::size_t left = line.count; left != 0; --left) {
+        show(TakeSample(prepared, line.timeout));
+        if (std::fflush(stdout) != 0 || left == 1) {
+            return;
+        }
+        for (int signal = timer.Wait(); signal != 0; signal = timer.Wait()) {
+            if (!onSignal(signal)) {
+                return;
+            }
+        }
     }
-    for (std::size_t i = 0; i < sample.records.size(); ++i) {
-        PrintLine(CsvRow({time, std::to_string(i + 1), ""}, RecordTexts(sample.records[i])));
+}
+
+// A stopped watch leaves the screen to others.
+void WatchOnScreen(const CommandLine& line, const PreparedRequest& prepared) {
+    IntervalTimer timer(line.interval, {SIGWINCH, SIGTSTP});
+    WatchScreen screen(Printable(line.words[0] + " " + line.words[1]), ValueNames(*prepared.cmd));
+    WatchScreen::Enter();
+    screen.Draw();
+    const auto show = [&screen](const Sample& sample) {
+        screen.Add(sample);
+        screen.Draw();
+    };
+    const auto onSignal = [&screen](int signal) {
+        if (signal == SIGTSTP) {
+            WatchScreen::Leave();
+            std::raise(SIGSTOP);
+            WatchScreen::Enter();
+        } else if (signal != SIGWINCH) {
+            return false;
+        }
+        screen.Draw();
+        return true;
+    };
+    TakeSamples(line, prepared, timer, show, onSignal);
+    WatchScreen::Leave();
+    for (const std::string& text : screen.Lines(kSummaryWidth)) {
+        PrintLine(text);
     }
 }
 
 void PrintJson(const KoFileParse::KoCmdInfo& cmd, const Sample& sample, JsonInt64 int64) {
     Report report("sample", sample.time);
-    if (sample.outcome.status == kExitDone) {
-        report.Add("records", RecordsJson(cmd, sample.records, int64));
+    if (sample.failure) {
+        report.Add("error", sample.failure->reason);
     } else {
-        report.Add("error", sample.outcome.reason);
+        report.Add("records", RecordsJson(cmd, sample.reply.records, int64));
     }
     report.Print(true);
 }
 
-// False when the watch is to end. A stopped one leaves the screen to others.
-bool AwaitBeat(IntervalTimer& timer, const WatchScreen& screen) {
-    for (int signal = timer.Wait(); signal != 0; signal = timer.Wait()) {
-        if (signal == SIGTSTP) {
-            std::fputs(WatchScreen::kLeave, stdout);
-            std::fflush(stdout);
-            std::raise(SIGSTOP);
-            std::fputs(WatchScreen::kEnter, stdout);
-        } else if (signal != SIGWINCH) {
-            return false;
-        }
-        screen.Draw();
+// A row for each record, and one for a sample without any.
+void PrintCsv(std::size_t values, const Sample& sample) {
+    const std::string time = IsoTime(sample.time);
+    if (sample.reply.records.empty()) {
+        PrintLine(CsvRow({time, "", sample.failure ? sample.failure->reason : ""}, Cells(values)));
     }
-    return true;
+    std::size_t number = 0;
+    for (const ReplyRecord& record : sample.reply.records) {
+        Cells texts;
+        for (const ParcelField& field : record) {
+            texts.push_back(ShownText(FieldText(field.value), false));
+        }
+        PrintLine(CsvRow({time, std::to_string(++number), ""}, texts));
+    }
+}
+
+void WatchAsLines(const CommandLine& line, const PreparedRequest& prepared) {
+    IntervalTimer timer(line.interval);
+    const Cells names = ValueNames(*prepared.cmd);
+    if (!line.json) {
+        PrintLine(CsvRow({"time", "record", "error"}, names));
+    }
+    const auto show = [&](const Sample& sample) {
+        if (line.json) {
+            PrintJson(*prepared.cmd, sample, *line.json);
+        } else {
+            PrintCsv(names.size(), sample);
+        }
+    };
+    TakeSamples(line, prepared, timer, show, [](int) { return false; });
 }
 
 }  // namespace
 
 int RunWatch(const CommandLine& line) {
-    PreparedCall call;
-    if (!Prepare(line, call)) {
+    PreparedRequest prepared;
+    if (!Prepare(line, prepared)) {
         return kExitNotSent;
     }
-    const Cells names = ValueNames(*call.cmd);
-    const bool drawn = OutputIsTerminal() && !line.csv && !line.json;
-    IntervalTimer timer(line.interval,
-                        drawn ? std::vector<int>{SIGWINCH, SIGTSTP} : std::vector<int>());
-    WatchScreen screen(Printable(line.words[0] + " " + line.words[1]), names);
-    if (drawn) {
-        std::fputs(WatchScreen::kEnter, stdout);
-        screen.Draw();
-    } else if (!line.json) {
-        PrintLine(CsvRow({"time", "record", "error"}, names));
-    }
-    for (std::size_t left = line.count; left != 0; --left) {
-        Sample sample = {std::chrono::system_clock::now(), {}, {}};
-        android::Parcel reply;
-        const auto goOn = [] { return !IntervalTimer::IsOver(); };
-        sample.outcome = Send(call, {line.timeout, false, goOn}, reply, sample.records);
-        if (drawn) {
-            screen.Add(sample);
-            screen.Draw();
-        } else if (line.json) {
-            PrintJson(*call.cmd, sample, *line.json);
-        } else {
-            PrintCsv(names.size(), sample);
-        }
-        if (std::fflush(stdout) != 0 || left == 1 || !AwaitBeat(timer, screen)) {
-            break;
-        }
-    }
-    if (drawn) {
-        std::fputs(WatchScreen::kLeave, stdout);
-        for (const std::string& text : screen.Lines(kSummaryWidth)) {
-            PrintLine(text);
-        }
-    }
+    const bool onScreen = OutputIsTerminal() && !line.csv && !line.json;
+    (onScreen ? WatchOnScreen : WatchAsLines)(line, prepared);
     return kExitDone;
 }

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+
+#include "tools/exit_status.h"
+
+// Why the tool could not do something. A std::optional<Failure> is empty after success.
+struct Failure {
+    ExitStatus status;   // what the tool then exits with
+    std::string reason;  // one printable line
+};

@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include "console/ko_cmd_debug.h"
-#include "tests/support/child.h"
 #include "tests/support/test_root.h"
 
 namespace {
@@ -31,7 +30,7 @@ void AwaitState(std::int32_t state) {
 // A console without a catalogue starts its watcher and leaves this thread free to hold it up in its
 // resume action, while a suspend and a continue come. Ends when the continue has counted.
 [[noreturn]] void RunConsole() {
-    alarm(kPatienceMs / 1000);
+    alarm(60);
     KoCmdDebug::GetInstance().Exec();
     {
         const KoMutex::Autolock lock(g_mutex);

@@ -7,18 +7,6 @@
 
 #include <gtest/gtest.h>
 
-// A path in the source tree.
-inline std::string SourcePath(const std::string& path) {
-    return std::string(KO_SOURCE_DIR "/") + path;
-}
-
-// The whole content of a file; fails the test when there is none.
-inline std::string ReadFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    EXPECT_TRUE(file) << path;
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 // A television of a test's own: a fresh folder, made the working directory, in which the programs
 // of the test builds find the device's files below "root/". Removed at the end.
 class TestRoot {
@@ -44,21 +32,9 @@ public:
         return full;
     }
 
-    // Puts a catalogue file of the source tree, or both of a folder, where the programs look.
-    static void Install(const std::string& path) {
-        std::filesystem::create_directories("root/vendor/etc/atv/dbg");
-        std::filesystem::copy(SourcePath(path), "root/vendor/etc/atv/dbg");
-    }
-
 private:
     std::filesystem::path m_before = std::filesystem::current_path();
     std::filesystem::path m_folder;
-};
-
-// One with the example catalogue.
-class ExampleRoot : public TestRoot {
-public:
-    ExampleRoot() { Install("examples/atv/dbg"); }
 };
 
 // The path of the shared page's file, from the working directory of a TestRoot.

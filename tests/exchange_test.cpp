@@ -18,11 +18,10 @@ TEST(ExchangeStressTest, AMillionExchangesMixNothing) {
         bytes.front() = static_cast<std::uint8_t>(number >> 8);
         return bytes;
     };
-    const auto patience = std::chrono::minutes(1);
     const auto service = std::async(std::launch::async, [&] {
         for (std::uint32_t i = 0; i < kExchanges; ++i) {
             Bytes request;
-            ASSERT_TRUE(page.Service().WaitRequest(patience, request));
+            ASSERT_TRUE(page.Service().WaitRequest(kPatience, request));
             ASSERT_EQ(message(2 * i), request) << i;
             const Bytes reply = message(2 * i + 1);
             ASSERT_TRUE(page.Service().PostReply(reply.data(), reply.size()));
@@ -32,7 +31,7 @@ TEST(ExchangeStressTest, AMillionExchangesMixNothing) {
     for (std::uint32_t i = 0; i < kExchanges; ++i) {
         const Bytes request = message(2 * i);
         ASSERT_EQ(PageResult::kDone, client.Post(request.data(), request.size()));
-        ASSERT_EQ(PageResult::kDone, client.Wait(std::chrono::steady_clock::now() + patience));
+        ASSERT_EQ(PageResult::kDone, client.Wait(std::chrono::steady_clock::now() + kPatience));
         Bytes reply;
         ASSERT_EQ(PageResult::kDone, client.TakeReply(reply));
         ASSERT_EQ(message(2 * i + 1), reply) << i;

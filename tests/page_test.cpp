@@ -99,7 +99,7 @@ TEST_F(PageTest, WithoutLocksEveryTurnIsGrantedAndTheLogSaysSoOnce) {
 TEST_F(PageTest, TheFirstLookComesAStepAfterPosting) {
     static volatile std::sig_atomic_t woken = 0;
     SharePageClient client(m_page.Get(), std::chrono::hours(1));
-    m_page.Reply({}, 4);
+    StoreHeader(*m_page.Get(), kReplyReady, 4);
     std::signal(SIGALRM, [](int) { woken = 1; });
     const itimerval often = {{0, 10000}, {0, 10000}};
     setitimer(ITIMER_REAL, &often, nullptr);

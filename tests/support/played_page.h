@@ -2,10 +2,8 @@
 
 #include <fcntl.h>
 
-#include <algorithm>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include <gtest/gtest.h>
 
@@ -15,8 +13,9 @@
 #include "platform/unique_fd.h"
 #include "tests/support/test_root.h"
 
-// The page of a TestRoot with its service in the hands of the test. A second mapping, as another
-// process has it, reaches every byte.
+constexpr std::chrono::minutes kPatience{1};  // more than a healthy machine needs for anything
+
+// The page of a TestRoot with a service that polls without a pause, and the client's mapping.
 class PlayedPage {
 public:
     PlayedPage() {
@@ -24,12 +23,6 @@ public:
         std::string error;
         EXPECT_TRUE(m_service->Open(kTestPage, error)) << error;
         m_mapping = PageMapping(UniqueFd(open(kTestPage, O_RDWR | O_CLOEXEC)).Get());
-    }
-
-    // Hands the bytes out as a reply of the given length, true or not.
-    void Reply(std::string_view bytes, std::size_t length) const {
-        std::copy(bytes.begin(), bytes.end(), Get()->data);
-        StoreHeader(*Get(), kReplyReady, length);
     }
 
     // Leaves the page to another service.

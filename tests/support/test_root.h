@@ -2,13 +2,10 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 
-#include <gtest/gtest.h>
-
-// A television of a test's own: a fresh folder, made the working directory, in which the programs
-// of the test builds find the device's files below "root/". Removed at the end.
+// A television of a test's own: a fresh directory, made the working directory, in which the test
+// builds find the device's files below "root/". Removed at the end.
 class TestRoot {
 public:
     TestRoot() {
@@ -16,6 +13,7 @@ public:
         m_folder = mkdtemp(folder.data());
         std::filesystem::current_path(m_folder);
         std::filesystem::create_directories("root/data/vendor");
+        std::filesystem::create_directories("root/dev/socket");
     }
     ~TestRoot() {
         std::filesystem::current_path(m_before);
@@ -24,12 +22,10 @@ public:
     TestRoot(const TestRoot&) = delete;
     TestRoot& operator=(const TestRoot&) = delete;
 
-    // Writes a file below the folder and makes the folders it needs. Returns its path.
-    std::string Write(const std::string& path, const std::string& text) const {
-        const std::filesystem::path full = m_folder / path;
-        std::filesystem::create_directories(full.parent_path());
-        std::ofstream(full, std::ios::binary) << text;
-        return full;
+    // Writes a file into the directory. Returns its path.
+    std::string Write(const std::string& name, const std::string& text) const {
+        std::ofstream(m_folder / name, std::ios::binary) << text;
+        return m_folder / name;
     }
 
 private:
@@ -37,5 +33,5 @@ private:
     std::filesystem::path m_folder;
 };
 
-// The path of the shared page's file, from the working directory of a TestRoot.
+// The page file, from the working directory of a TestRoot.
 constexpr char kTestPage[] = "root/data/vendor/.tv";

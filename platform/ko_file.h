@@ -12,7 +12,7 @@
 class KoFile {
 public:
     // The most bytes of a row that NextRow returns.
-    static constexpr std::size_t kLongestRow = 64 * 1024;
+    static constexpr std::size_t kLongestRow = std::size_t{64} * 1024;
 
     // What a row has after these.
     struct RowRest {

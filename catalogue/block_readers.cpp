@@ -24,15 +24,15 @@ class CmdReader : public BlockListener {
 public:
     explicit CmdReader(KoFileParse& catalogue) : m_catalogue(catalogue) {}
 
-    KoFileParse::KoCmdInfo& Current() { return m_cmd.mapped(); }
+    KoFileParse::KoCmdInfo& Current() { return m_cmd; }
     void End() {
         m_catalogue.StoreCmd(std::move(m_cmd));
-        m_cmd = KoFileParse::NewCmd();
+        m_cmd.Clear();
     }
 
 private:
     KoFileParse& m_catalogue;
-    KoFileParse::CmdNode m_cmd = KoFileParse::NewCmd();
+    KoFileParse::KoCmdInfo m_cmd;
 };
 
 }  // namespace
@@ -54,13 +54,8 @@ KoFileParse::StoredModule KoFileParse::StoreModule(KoModuleInfo&& module) {
     return {isNew ? Fate::kStored : Fate::kTaken, &stored->second};
 }
 
-KoFileParse::CmdNode KoFileParse::NewCmd() {
-    CmdTable table;
-    return table.extract(table.try_emplace(std::string()).first);
-}
-
-KoFileParse::StoredCmd KoFileParse::StoreCmd(CmdNode&& cmd) {
-    const KoModuleInfo* module = FindModule(cmd.mapped().m_strBelongMod);
+KoFileParse::StoredCmd KoFileParse::StoreCmd(KoCmdInfo&& cmd) {
+    const KoModuleInfo* module = FindModule(cmd.m_strBelongMod);
     if (module == nullptr) {
         return {Fate::kNoModule, nullptr, nullptr};
     }
@@ -68,8 +63,7 @@ KoFileParse::StoredCmd KoFileParse::StoreCmd(CmdNode&& cmd) {
         return {Fate::kNoNumber, module, nullptr};
     }
     // Of two commands with one word the first stays.
-    cmd.key() = cmd.mapped().m_strCmd;
     CmdTable& table = m_cmdInfos[static_cast<unsigned int>(module->m_instruct)];
-    const auto stored = table.insert(std::move(cmd));
-    return {stored.inserted ? Fate::kStored : Fate::kTaken, module, &stored.position->second};
+    const auto [stored, isNew] = table.try_emplace(cmd.m_strCmd, std::move(cmd));
+    return {isNew ? Fate::kStored : Fate::kTaken, module, &stored->second};
 }

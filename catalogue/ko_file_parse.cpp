@@ -64,12 +64,7 @@ int Load(KoFileParse& catalogue, const ConfigFile& file) {
 }  // namespace
 
 void KoFileParse::KoCmdInfo::Clear() {
-    for (std::string* text :
-         {&m_strName, &m_strCmd, &m_strBelongMod, &m_strParaFmt, &m_strPrintFmt, &m_strDescrip}) {
-        text->clear();
-    }
-    m_printTags = Array<std::string>();
-    m_instruct = -1;
+    *this = KoCmdInfo();
 }
 
 void KoFileParse::Init() {

@@ -29,13 +29,6 @@ public:
         Array<std::string> m_printTags;
         std::string m_strDescrip;
 
-        KoCmdInfo() = default;
-        KoCmdInfo(const KoCmdInfo&) = default;
-        KoCmdInfo(KoCmdInfo&&) = default;  // moves the texts, copies the tags
-        KoCmdInfo& operator=(const KoCmdInfo&) = delete;
-        KoCmdInfo& operator=(KoCmdInfo&&) = delete;
-        ~KoCmdInfo() = default;
-
         // Empties every text and the tags and sets the instruction number to -1.
         void Clear();
     };
@@ -97,14 +90,10 @@ public:
         const KoCmdInfo* cmd;        // the one of that word in the table; null without a table
     };
 
-    // A command that is in no table yet, so that a table takes it over without a copy.
-    using CmdNode = CmdTable::node_type;
-    static CmdNode NewCmd();
-
     // Each stores one block and returns its fate; the record is moved from in any case. Store a
     // module before its commands. The pointers are valid as long as the catalogue.
     StoredModule StoreModule(KoModuleInfo&& module);
-    StoredCmd StoreCmd(CmdNode&& cmd);
+    StoredCmd StoreCmd(KoCmdInfo&& cmd);
 
     // Row tests: is the row a title, or a key row of that key word. Each prints a line for a row or
     // key that is over its limit and answers false.

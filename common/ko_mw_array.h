@@ -18,7 +18,8 @@ public:
     Array() = default;
     Array(const Array&) = default;
     Array& operator=(const Array&) = default;
-    // Takes over the elements of a result that nobody else holds.
+    // Both take over the elements of an array that is not read again.
+    Array(Array&& other) noexcept { m_list.swap(other.m_list); }
     Array& operator=(Array&& other) noexcept {
         m_list.swap(other.m_list);
         return *this;

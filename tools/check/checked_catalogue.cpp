@@ -11,9 +11,7 @@ void Store(KoFileParse& catalogue, ModuleBlock& block) {
 }
 
 void Store(KoFileParse& catalogue, CmdBlock& block) {
-    KoFileParse::CmdTable table;
-    table.try_emplace(std::string(), block.record);
-    block.stored = catalogue.StoreCmd(table.extract(table.begin()));
+    block.stored = catalogue.StoreCmd(KoFileParse::KoCmdInfo(block.record));
 }
 
 // Has each block filed as the console does, and keeps the block, its rows and what became of it.

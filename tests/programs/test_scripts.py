@@ -17,10 +17,7 @@ def write_program(path, *lines):
 
 @pytest.fixture(autouse=True)
 def checkout(television, monkeypatch):
-    """A checkout in tree/, its builds in builds/; returns the links by which its scripts are run.
-
-    Instead of programs it has scripts that only show that they run.
-    """
+    """A checkout in tree/ with its builds in builds/; its programs only show that they run."""
     os.makedirs("builds/host/bin")
     shutil.copytree(SOURCE / "script", "tree/script")
     shutil.copytree(SOURCE / "examples/atv/dbg", "tree/examples/atv/dbg")

@@ -1,4 +1,4 @@
-"""Closed, full and broken streams end the console, and lose no result of the tool in silence."""
+"""Closed and full streams: the console ends, and no lost result is called a success."""
 
 import fcntl
 import os
@@ -13,6 +13,7 @@ from catalogue import CATALOGUE, write_commands
 from page import PAGE, int32
 from programs import Program, run, wait_until
 
+TOOL, SERVICE = "ko_cmd_tool", "ko_tv_service"
 MANY_MAPPINGS = """
 import mmap
 with open("x" * 255, "w+") as file:
@@ -39,23 +40,14 @@ def full():
     return {"stdout": open("/dev/full", "w"), "stderr": subprocess.PIPE}
 
 
-def broken():
-    reading, writing = os.pipe()
-    os.close(reading)
-    return {"stdout": writing}
-
-
 @pytest.fixture(autouse=True)
 def catalogue(television):
     write_commands([{"para_format": "S"}])
 
 
-@pytest.mark.parametrize(
-    "streams, status",
-    [(full(), 0), (broken(), -signal.SIGPIPE), (closed(0), 0), (closed(1), 0), (closed(2), 0)],
-)
-def test_the_console_ends_with_its_streams(streams, status):
-    assert run("ko_cmd_debug", input="help\nq\n", **streams).returncode == status
+@pytest.mark.parametrize("streams", [full(), closed(0), closed(1), closed(2)])
+def test_the_console_ends_without_its_streams(streams):
+    assert run("ko_cmd_debug", input="help\nq\n", **streams).returncode == 0
 
 
 def test_what_was_printed_is_out_while_the_console_waits(played_service):
@@ -71,19 +63,10 @@ def test_messages_of_the_system_stand_where_they_belong():
     assert b"cmds.conf\nmap share memery failed!\n: " in console.stdout
 
 
-@pytest.mark.parametrize(
-    "command",
-    [
-        "ko_cmd_tool list",
-        "ko_cmd_tool --help",
-        "ko_cmd_tool check",
-        "ko_cmd_tool encode lamp c0",
-        "ko_tv_service --help",
-    ],
-)
-def test_a_result_that_cannot_be_written_is_a_failure(command):
+@pytest.mark.parametrize("program, word", [(TOOL, "list"), (TOOL, "--help"), (SERVICE, "--help")])
+def test_a_result_that_cannot_be_written_is_a_failure(program, word):
     for output, reason in (full(), b"No space left"), (closed(1), b"Bad file descriptor"):
-        result = run(*command.split(), **output)
+        result = run(program, word, **output)
         assert result.returncode == 1
         assert reason in result.stderr
 

@@ -1,5 +1,3 @@
-#include <strings.h>
-
 #include <cstdio>
 #include <cstring>
 #include <iomanip>
@@ -7,6 +5,7 @@
 
 #include "catalogue/word_search.h"
 #include "console/ko_cmd_debug.h"
+#include "console/prompt_words.h"
 #include "format/argument_text.h"
 #include "platform/ko_securec.h"
 
@@ -16,10 +15,6 @@ constexpr std::size_t kTextSize = 256;  // bytes of a word or an argument text, 
 
 static_assert(kArgumentTextLimit + sizeof(" ") == kTextSize, "the text takes a blank behind it");
 
-bool IsWord(const char* line, const char* word, const char* shortWord) {
-    return strcasecmp(line, word) == 0 || strcasecmp(line, shortWord) == 0;
-}
-
 void ReportIllegalCommand() {
     std::puts("Error:Illegal Command.");
 }
@@ -27,11 +22,11 @@ void ReportIllegalCommand() {
 }  // namespace
 
 void KoCmdDebug::Proc(const char* line) {
-    if (IsWord(line, "help", "?")) {
+    if (kHelpWord.IsTyped(line)) {
         PrintHelp();
         return;
     }
-    if (IsWord(line, "quit", "q")) {
+    if (kQuitWord.IsTyped(line)) {
         Leave();
         return;
     }

@@ -6,24 +6,13 @@
 #include <cstdio>
 #include <iterator>
 
+#include "lineedit/keys.h"
 #include "platform/ko_securec.h"
 
 namespace {
 
 constexpr std::size_t kHistoryLimit = 10000;
 constexpr std::size_t kLineSize = 1024;  // bytes of an accepted line, terminator included
-
-enum Key : int {
-    kBackspace = 8,
-    kTab = 9,
-    kEnter = 10,
-    kEscape = 27,
-    kBracket = '[',
-    kUp = 'A',
-    kDown = 'B',
-    kRight = 'C',
-    kLeft = 'D',
-};
 
 // The accepted line, shared by all editors of the process.
 char g_lineBuffer[kLineSize];

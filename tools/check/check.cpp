@@ -9,20 +9,20 @@
 namespace {
 
 template <typename Block>
-bool CheckFile(const CheckedFile<Block>& file, FindingList& findings) {
+bool CheckFile(CheckedFile<Block>& file) {
     if (file.result.fault != LoadFault::kNone) {
-        findings.Error(1, "the console goes without any module: " + FaultText(file.result),
-                       "it needs both files");
+        file.findings.Error(1, "the console goes without any module: {}; it needs both files",
+                            {FaultText(file.result)});
         return false;
     }
     std::vector<std::string> keys;
     for (const auto& field : KeysOf<decltype(Block::record)>()) {
         keys.emplace_back(field.key.word);
     }
-    CheckRows(file.head, keys, findings);
+    CheckRows(file.head, keys, file.findings);
     for (const Block& block : file.blocks) {
-        CheckRows(block, keys, findings);
-        CheckValues(block, findings);
+        CheckRows(block, keys, file.findings);
+        CheckValues(block, file.findings);
     }
     return true;
 }
@@ -34,18 +34,15 @@ std::string Counted(std::size_t count, const char* noun) {
 }  // namespace
 
 std::vector<Finding> CheckCatalogue(const CataloguePaths& paths) {
-    FindingList moduleFindings(paths.modules);
-    FindingList commandFindings(paths.commands);
-    CheckedCatalogue checked;
-    ReadCatalogue(paths, checked);
-    const bool modules = CheckFile(checked.modules, moduleFindings);
-    const bool commands = CheckFile(checked.commands, commandFindings);
+    CheckedCatalogue checked(paths);
+    const bool modules = CheckFile(checked.modules);
+    const bool commands = CheckFile(checked.commands);
     if (modules && commands) {
-        CheckFates(checked, moduleFindings, commandFindings);
-        CheckNumbers(checked, moduleFindings, commandFindings);
+        CheckFates(checked);
+        CheckNumbers(checked);
     }
-    std::vector<Finding> findings = moduleFindings.Take();
-    for (Finding& finding : commandFindings.Take()) {
+    std::vector<Finding> findings = checked.modules.findings.Take();
+    for (Finding& finding : checked.commands.findings.Take()) {
         findings.push_back(std::move(finding));
     }
     return findings;

@@ -24,25 +24,22 @@ void CheckRows(const CatalogueBlock& block, const std::vector<std::string>& keys
 // comment or has no bracket at either end.
 std::string_view TitleMeant(std::string_view row);
 
-// values.cpp: the values of a block by themselves.
+// values.cpp: the values of a block by themselves, the bytes of a row that the console takes, and
+// those of a text that it prints.
 void CheckValues(const ModuleBlock& block, FindingList& findings);
 void CheckValues(const CmdBlock& block, FindingList& findings);
-
-// numbers.cpp: the instructions, by themselves and beside each other.
-void CheckNumber(const ModuleBlock& block, FindingList& findings);
-void CheckNumber(const CmdBlock& block, FindingList& findings);
-void CheckNumbers(const CheckedCatalogue& checked, FindingList& moduleFindings,
-                  FindingList& commandFindings);
-
-// formats.cpp: the formats of a command and the labels.
-void CheckFormats(const CmdBlock& block, FindingList& findings);
-
-// text.cpp: the bytes of a row that the console takes, and of a text that it prints.
 void CheckBytes(const FileRow& row, FindingList& findings);
 void CheckShown(std::size_t line, const std::string& what, const std::string& text,
                 FindingList& findings);
 
+// numbers.cpp: the instructions, by themselves and beside each other.
+void CheckNumber(const ModuleBlock& block, FindingList& findings);
+void CheckNumber(const CmdBlock& block, FindingList& findings);
+void CheckNumbers(CheckedCatalogue& checked);
+
+// formats.cpp: the formats of a command and the labels.
+void CheckFormats(const CmdBlock& block, FindingList& findings);
+
 // fates.cpp: what became of the blocks when the console filed them, and what they are to each
 // other.
-void CheckFates(const CheckedCatalogue& checked, FindingList& moduleFindings,
-                FindingList& commandFindings);
+void CheckFates(CheckedCatalogue& checked);

@@ -87,7 +87,8 @@ std::size_t CatalogueBlock::LineOf(const ConfigKey& key) const {
     return row != nullptr ? row->row.line : title.line;
 }
 
-void ReadCatalogue(const CataloguePaths& paths, CheckedCatalogue& checked) {
-    ReadFile(paths.modules, checked.modules, checked.catalogue);
-    ReadFile(paths.commands, checked.commands, checked.catalogue);
+CheckedCatalogue::CheckedCatalogue(const CataloguePaths& paths)
+    : modules(paths.modules), commands(paths.commands) {
+    ReadFile(paths.modules, modules, catalogue);
+    ReadFile(paths.commands, commands, catalogue);
 }

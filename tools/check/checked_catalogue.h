@@ -9,6 +9,7 @@
 #include "catalogue/catalogue_file.h"
 #include "catalogue/config_keys.h"
 #include "tools/catalogue_source.h"
+#include "tools/check/finding.h"
 
 // A catalogue as the console reads and files it, with every row that it passes over and what became
 // of every block: the console's own functions do both, and what is here listens.
@@ -60,16 +61,19 @@ struct CmdBlock : CatalogueBlock {
 
 template <typename Block>
 struct CheckedFile {
+    explicit CheckedFile(const std::string& path) : findings(path) {}
+
+    FindingList findings;
     LoadResult result;
     std::vector<KeyRow> head;  // rows before the first block, empty ones excepted
     std::deque<Block> blocks;  // in the order of the file; their addresses last
 };
 
 struct CheckedCatalogue {
+    // Reads both files. Prints nothing.
+    explicit CheckedCatalogue(const CataloguePaths& paths);
+
     KoFileParse catalogue;  // what the console has of the files
     CheckedFile<ModuleBlock> modules;
     CheckedFile<CmdBlock> commands;
 };
-
-// Reads both files. Prints nothing.
-void ReadCatalogue(const CataloguePaths& paths, CheckedCatalogue& checked);

@@ -1,4 +1,3 @@
-#include <cstdint>
 #include <iterator>
 #include <set>
 #include <string>
@@ -12,29 +11,28 @@
 namespace {
 
 using Fate = KoFileParse::Fate;
+using ModuleInfo = KoFileParse::KoModuleInfo;
+using CmdInfo = KoFileParse::KoCmdInfo;
 
-// Words what the filing did, and what stored blocks are to each other.
+// Words what became of the blocks, and what stored blocks are to each other.
 class FateCheck {
 public:
-    FateCheck(const CheckedCatalogue& checked, FindingList& moduleFindings,
-              FindingList& commandFindings);
+    explicit FateCheck(CheckedCatalogue& checked);
 
-    void CheckModule(const ModuleBlock& block) const;
+    void CheckModule(const ModuleBlock& block);
     void CheckCommand(const CmdBlock& block);
-
-    // Once all commands have been seen.
-    void CheckGroups() const;
-    void CheckModulesWithoutCommands() const;
+    void CheckGroups();
+    void CheckModulesWithoutCommands();
 
 private:
-    void CheckShadowed(const CmdBlock& block) const;
+    void CheckShadowed(const CmdBlock& block);
+    void CheckTaken(const CmdBlock& block);
     void CheckBelonging(const CmdBlock& block);
-    void CheckTaken(const CmdBlock& block) const;
-    void NoteName(const KeyRow& stray);
-    void NoteLostTitles(const std::vector<KeyRow>& strays);
     std::string NameRemedy(const std::string& name);
+    void NoteLostTitles(const std::vector<KeyRow>& strays);
+    void NoteNames(const std::vector<KeyRow>& strays);
 
-    const ModuleBlock& BlockOf(const KoFileParse::KoModuleInfo& module) const {
+    const ModuleBlock& BlockOf(const ModuleInfo& module) const {
         return *m_moduleBlocks.at(&module);
     }
 
@@ -42,35 +40,32 @@ private:
     FindingList& m_moduleFindings;
     FindingList& m_commandFindings;
     // The blocks that the console has, by its records.
-    std::unordered_map<const KoFileParse::KoModuleInfo*, const ModuleBlock*> m_moduleBlocks;
-    std::unordered_map<const KoFileParse::KoCmdInfo*, const CmdBlock*> m_cmdBlocks;
+    std::unordered_map<const ModuleInfo*, const ModuleBlock*> m_moduleBlocks;
+    std::unordered_map<const CmdInfo*, const CmdBlock*> m_cmdBlocks;
     std::unordered_map<std::string, const ModuleBlock*> m_selected;  // by the word that selects it
     std::set<std::string> m_named;                                   // what "belong module" says
     std::set<std::string> m_lostTitles;                       // of modules; rows.cpp reports them
     std::unordered_map<std::string, std::string> m_remedies;  // by the name of no module
 };
 
-FateCheck::FateCheck(const CheckedCatalogue& checked, FindingList& moduleFindings,
-                     FindingList& commandFindings)
+FateCheck::FateCheck(CheckedCatalogue& checked)
     : m_catalogue(checked.catalogue),
-      m_moduleFindings(moduleFindings),
-      m_commandFindings(commandFindings) {
+      m_moduleFindings(checked.modules.findings),
+      m_commandFindings(checked.commands.findings) {
+    NoteLostTitles(checked.modules.head);
     for (const ModuleBlock& block : checked.modules.blocks) {
+        NoteLostTitles(block.strays);
         if (block.stored.fate == Fate::kStored) {
             m_moduleBlocks.emplace(block.stored.module, &block);
         }
     }
+    NoteNames(checked.commands.head);
     for (const CmdBlock& block : checked.commands.blocks) {
+        NoteNames(block.strays);
+        m_named.insert(block.record.m_strBelongMod);
         if (block.stored.fate == Fate::kStored) {
             m_cmdBlocks.emplace(block.stored.cmd, &block);
         }
-    }
-    NoteLostTitles(checked.modules.head);
-    for (const ModuleBlock& block : checked.modules.blocks) {
-        NoteLostTitles(block.strays);
-    }
-    for (const KeyRow& stray : checked.commands.head) {
-        NoteName(stray);
     }
     // A line selects the first module of its word in the order of the names.
     for (const auto& [name, module] : m_catalogue.AllModules()) {
@@ -80,35 +75,29 @@ FateCheck::FateCheck(const CheckedCatalogue& checked, FindingList& moduleFinding
     }
 }
 
-void FateCheck::CheckModule(const ModuleBlock& block) const {
+void FateCheck::CheckModule(const ModuleBlock& block) {
     const std::string& name = block.record.m_strName;
     const std::string& word = block.record.m_strCmd;
     if (block.stored.fate == Fate::kTaken) {
         m_moduleFindings.Error(
             block.title.line,
-            "the module " + Quoted(name) + " is defined at " +
-                m_moduleFindings.Place(BlockOf(*block.stored.module).title.line) +
-                " already: this block is lost",
-            "rename one");
+            "the module {} is defined at {} already: this block is lost; rename one",
+            {Quoted(name), m_moduleFindings.Place(BlockOf(*block.stored.module).title.line)});
         return;
     }
     if (word.empty() || m_selected.at(word) == &block) {
         return;
     }
     const ModuleBlock& first = *m_selected.at(word);
-    m_moduleFindings.Error(
-        block.LineOf(kCommandKey),
-        "the word " + Quoted(word) + " selects the module " + Quoted(first.record.m_strName) +
-            " of " + m_moduleFindings.Place(first.LineOf(kCommandKey)) + ", never " + Quoted(name),
-        "give one of them another word");
+    m_moduleFindings.Error(block.LineOf(kCommandKey),
+                           "the word {} selects the module {} of {}, never {}; "
+                           "give one of them another word",
+                           {Quoted(word), Quoted(first.record.m_strName),
+                            m_moduleFindings.Place(first.LineOf(kCommandKey)), Quoted(name)});
 }
 
 void FateCheck::CheckCommand(const CmdBlock& block) {
     CheckShadowed(block);
-    m_named.insert(block.record.m_strBelongMod);
-    for (const KeyRow& stray : block.strays) {
-        NoteName(stray);
-    }
     if (block.stored.fate == Fate::kTaken) {
         CheckTaken(block);
     } else if (block.stored.fate != Fate::kStored) {
@@ -116,30 +105,51 @@ void FateCheck::CheckCommand(const CmdBlock& block) {
     }
 }
 
-void FateCheck::CheckShadowed(const CmdBlock& block) const {
+void FateCheck::CheckShadowed(const CmdBlock& block) {
     const auto module = m_selected.find(block.record.m_strCmd);
     if (module != m_selected.end()) {
-        m_commandFindings.Error(block.LineOf(kCommandKey),
-                                "the word " + Quoted(block.record.m_strCmd) +
-                                    " is shadowed: it selects the module " +
-                                    Quoted(module->second->record.m_strName) + " of " +
-                                    m_moduleFindings.Place(module->second->LineOf(kCommandKey)),
-                                "choose another");
+        m_commandFindings.Error(
+            block.LineOf(kCommandKey),
+            "the word {} is shadowed: it selects the module {} of {}; choose another",
+            {Quoted(block.record.m_strCmd), Quoted(module->second->record.m_strName),
+             m_moduleFindings.Place(module->second->LineOf(kCommandKey))});
     }
 }
 
-void FateCheck::NoteName(const KeyRow& stray) {
-    if (stray.word == kBelongModKey.word) {
-        m_named.insert(stray.Value());
-    }
+void FateCheck::CheckTaken(const CmdBlock& block) {
+    const CmdBlock& first = *m_cmdBlocks.at(block.stored.cmd);
+    const std::string& other = first.record.m_strBelongMod;
+    const std::string sharing =
+        other == block.record.m_strBelongMod
+            ? ""
+            : FormatText(" for the module {}, which has the same instruction", {Quoted(other)});
+    m_commandFindings.Error(
+        block.LineOf(kCommandKey),
+        "the command word {} is defined at {} already{}: this block is lost; rename one",
+        {Quoted(block.record.m_strCmd), m_commandFindings.Place(first.LineOf(kCommandKey)),
+         sharing});
 }
 
-void FateCheck::NoteLostTitles(const std::vector<KeyRow>& strays) {
-    for (const KeyRow& stray : strays) {
-        const std::string_view title = TitleMeant(stray.row.text);
-        if (stray.word.empty() && !title.empty()) {
-            m_lostTitles.emplace(title);
-        }
+void FateCheck::CheckBelonging(const CmdBlock& block) {
+    const std::string& name = block.record.m_strBelongMod;
+    const std::size_t line = block.LineOf(kBelongModKey);
+    if (block.IsLost(kBelongModKey) ||
+        (block.stored.fate == Fate::kNoModule && m_lostTitles.count(name) == 1)) {
+        return;  // reported with the row that ended the block, or that should have been the title
+    }
+    if (block.stored.fate == Fate::kNoNumber) {
+        m_commandFindings.Error(
+            line,
+            "the belong module {}, defined at {}, has no instruction: the block is lost; "
+            "give the module one",
+            {Quoted(name), m_moduleFindings.Place(BlockOf(*block.stored.module).title.line)});
+    } else if (block.Find(kBelongModKey) != nullptr) {
+        m_commandFindings.Error(line, "the belong module {} names no module: the block is lost; {}",
+                                {Quoted(name), NameRemedy(name)});
+    } else {
+        m_commandFindings.Error(
+            line, "the block {} has no \"belong module\": it is lost; add the title of its module",
+            {Quoted(block.record.m_strName)});
     }
 }
 
@@ -159,46 +169,21 @@ std::string FateCheck::NameRemedy(const std::string& name) {
     return remedy != m_remedies.end() ? remedy->second : otherwise;
 }
 
-void FateCheck::CheckBelonging(const CmdBlock& block) {
-    const bool given = block.Find(kBelongModKey) != nullptr;
-    const std::string& name = block.record.m_strBelongMod;
-    const std::size_t line = block.LineOf(kBelongModKey);
-    if (block.IsLost(kBelongModKey) ||
-        (block.stored.fate == Fate::kNoModule && m_lostTitles.count(name) == 1)) {
-        return;  // reported with the row that ended the block, or that should have been the title
-    }
-    if (block.stored.fate == Fate::kNoNumber) {
-        m_commandFindings.Error(
-            line,
-            "the belong module " + Quoted(name) + ", defined at " +
-                m_moduleFindings.Place(BlockOf(*block.stored.module).title.line) +
-                ", has no instruction: the block is lost",
-            "give the module one");
-    } else if (given) {
-        m_commandFindings.Error(
-            line, "the belong module " + Quoted(name) + " names no module: the block is lost",
-            NameRemedy(name));
-    } else {
-        m_commandFindings.Error(
-            line,
-            "the block " + Quoted(block.record.m_strName) + " has no \"belong module\": it is lost",
-            "add the title of its module");
+void FateCheck::NoteLostTitles(const std::vector<KeyRow>& strays) {
+    for (const KeyRow& stray : strays) {
+        const std::string_view title = TitleMeant(stray.row.text);
+        if (stray.word.empty() && !title.empty()) {
+            m_lostTitles.emplace(title);
+        }
     }
 }
 
-void FateCheck::CheckTaken(const CmdBlock& block) const {
-    const CmdBlock& first = *m_cmdBlocks.at(block.stored.cmd);
-    const std::string& other = first.record.m_strBelongMod;
-    const std::string sharing =
-        other == block.record.m_strBelongMod
-            ? ""
-            : " for the module " + Quoted(other) + ", which has the same instruction";
-    m_commandFindings.Error(block.LineOf(kCommandKey),
-                            "the command word " + Quoted(block.record.m_strCmd) +
-                                " is defined at " +
-                                m_commandFindings.Place(first.LineOf(kCommandKey)) + " already" +
-                                sharing + ": this block is lost",
-                            "rename one");
+void FateCheck::NoteNames(const std::vector<KeyRow>& strays) {
+    for (const KeyRow& stray : strays) {
+        if (stray.word == kBelongModKey.word) {
+            m_named.insert(stray.Value());
+        }
+    }
 }
 
 // Reports a group of words that completion cannot offer in full; `blocks` finds a record's block.
@@ -209,14 +194,14 @@ void CheckGroup(const Table& group, const Blocks& blocks, const std::string& wha
         return;
     }
     const auto& [key, record] = *std::next(group.begin(), kWordTableSize);
-    findings.Error(blocks.at(&record)->title.line,
-                   what + " are " + std::to_string(group.size()) + ": completion offers " +
-                       std::to_string(kWordTableSize) + " of them and leaves out " + Quoted(key) +
-                       " and what sorts behind it",
-                   remedy);
+    findings.Error(
+        blocks.at(&record)->title.line,
+        "{} are {}: completion offers {} of them and leaves out {} and what sorts "
+        "behind it; {}",
+        {what, std::to_string(group.size()), std::to_string(kWordTableSize), Quoted(key), remedy});
 }
 
-void FateCheck::CheckGroups() const {
+void FateCheck::CheckGroups() {
     CheckGroup(m_catalogue.AllModules(), m_moduleBlocks, "the modules", "they can still be typed",
                m_moduleFindings);
     for (const auto& [number, table] : m_catalogue.AllCmds()) {
@@ -227,22 +212,22 @@ void FateCheck::CheckGroups() const {
     }
 }
 
-void FateCheck::CheckModulesWithoutCommands() const {
+void FateCheck::CheckModulesWithoutCommands() {
     for (const auto& [name, module] : m_catalogue.AllModules()) {
         const auto number = static_cast<unsigned int>(module.m_instruct);
         if (m_named.count(name) == 0 && m_catalogue.AllCmds().at(number).empty()) {
             m_moduleFindings.Warning(BlockOf(module).title.line,
-                                     "the module " + Quoted(name) + " has no commands",
-                                     "add one, or mend the \"belong module\" that should name it");
+                                     "the module {} has no commands; add one, or mend the "
+                                     "\"belong module\" that should name it",
+                                     {Quoted(name)});
         }
     }
 }
 
 }  // namespace
 
-void CheckFates(const CheckedCatalogue& checked, FindingList& moduleFindings,
-                FindingList& commandFindings) {
-    FateCheck check(checked, moduleFindings, commandFindings);
+void CheckFates(CheckedCatalogue& checked) {
+    FateCheck check(checked);
     for (const ModuleBlock& block : checked.modules.blocks) {
         check.CheckModule(block);
     }

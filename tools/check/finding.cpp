@@ -3,12 +3,16 @@
 #include <algorithm>
 #include <utility>
 
-void FindingList::Error(std::size_t line, const std::string& fault, const std::string& remedy) {
-    m_findings.push_back({m_file, line, Severity::kError, fault + "; " + remedy});
+#include "tools/text.h"
+
+void FindingList::Error(std::size_t line, std::string_view text,
+                        std::initializer_list<std::string> values) {
+    m_findings.push_back({m_file, line, Severity::kError, FormatText(text, values)});
 }
 
-void FindingList::Warning(std::size_t line, const std::string& fault, const std::string& remedy) {
-    m_findings.push_back({m_file, line, Severity::kWarning, fault + "; " + remedy});
+void FindingList::Warning(std::size_t line, std::string_view text,
+                          std::initializer_list<std::string> values) {
+    m_findings.push_back({m_file, line, Severity::kWarning, FormatText(text, values)});
 }
 
 std::string FindingList::Place(std::size_t line) const {

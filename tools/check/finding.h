@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <initializer_list>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -19,10 +21,12 @@ class FindingList {
 public:
     explicit FindingList(std::string file) : m_file(std::move(file)) {}
 
-    // Each adds a finding about the line: what is wrong, and what to do about it. Neither text
-    // takes a line end.
-    void Error(std::size_t line, const std::string& fault, const std::string& remedy);
-    void Warning(std::size_t line, const std::string& fault, const std::string& remedy);
+    // Each adds a finding about the line. The text says what is wrong, then what to do about it;
+    // each "{}" in it stands for one of the values.
+    void Error(std::size_t line, std::string_view text,
+               std::initializer_list<std::string> values = {});
+    void Warning(std::size_t line, std::string_view text,
+                 std::initializer_list<std::string> values = {});
 
     // "mods.conf:3"; how a finding names another place.
     std::string Place(std::size_t line) const;

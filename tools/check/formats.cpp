@@ -37,32 +37,34 @@ void CheckLetters(const CmdBlock& block, const ConfigKey& key, const std::string
     std::copy_if(format.begin(), format.end(), std::back_inserter(unknown),
                  [](char letter) { return FindFormatLetter(letter) == nullptr; });
     const std::size_t line = block.LineOf(key);
-    const std::string what = "the " + std::string(key.word) + " " + Quoted(format);
+    const std::string name(key.word);
     if (!unknown.empty()) {
-        findings.Error(line, what + " has unknown letters: " + Quoted(unknown),
-                       "write one letter for each value and nothing between: " + LettersText());
+        findings.Error(line,
+                       "the {} {} has unknown letters: {}; "
+                       "write one letter for each value and nothing between: {}",
+                       {name, Quoted(format), Quoted(unknown), LettersText()});
     }
     if (std::any_of(format.begin(), format.end(), IsWithoutValue)) {
-        findings.Warning(line, what + " has the letter \"S\", which carries no value", "use \"s\"");
+        findings.Warning(line, "the {} {} has the letter \"S\", which carries no value; use \"s\"",
+                         {name, Quoted(format)});
     }
 }
 
 // The labels and letters of a format that has both.
 void CheckCount(std::size_t line, std::size_t tags, std::size_t letters, FindingList& findings) {
-    if (tags == letters) {
-        return;
+    if (tags != letters) {
+        findings.Warning(line,
+                         "the print tags are {}, the letters of the print format {}: {}; "
+                         "write one tag for each letter",
+                         {std::to_string(tags), std::to_string(letters),
+                          tags < letters ? "values without a tag are taken for the next record's"
+                                         : "the last tags are never printed"});
     }
-    findings.Warning(line,
-                     "the print tags are " + std::to_string(tags) +
-                         ", the letters of the print format " + std::to_string(letters) +
-                         (tags < letters ? ": values without a tag are taken for the next record's"
-                                         : ": the last tags are never printed"),
-                     "write one tag for each letter");
 }
 
 void CheckLabels(std::size_t line, const Array<std::string>& labels, FindingList& findings) {
     std::set<std::string_view> seen;
-    std::set<std::string_view> repeated;
+    std::set<std::string> repeated;
     std::vector<std::string> padded;
     for (const std::string& label : labels) {
         CheckShown(line, "print tag", label, findings);
@@ -74,12 +76,13 @@ void CheckLabels(std::size_t line, const Array<std::string>& labels, FindingList
         }
     }
     if (!padded.empty()) {
-        findings.Warning(line, "blanks belong to the print tags " + Joined(padded, ", "),
-                         "write no blank beside a comma");
+        findings.Warning(line, "blanks belong to the print tags {}; write no blank beside a comma",
+                         {Joined(padded, ", ")});
     }
-    for (const std::string_view label : repeated) {
-        findings.Warning(line, "the print tag " + Quoted(label) + " stands for several values",
-                         "give each a tag of its own");
+    for (const std::string& label : repeated) {
+        findings.Warning(line,
+                         "the print tag {} stands for several values; give each a tag of its own",
+                         {Quoted(label)});
     }
 }
 
@@ -88,26 +91,24 @@ void CheckTags(const CmdBlock& block, FindingList& findings) {
         return;
     }
     const std::string& format = block.record.m_strPrintFmt;
+    const Array<std::string>& labels = block.record.m_printTags;
     const KeyRow* row = block.Find(kPrintTagsKey);
-    if (row == nullptr && !format.empty()) {
+    if (row != nullptr) {
+        CheckLabels(row->row.line, labels, findings);
+    }
+    if (row != nullptr && !format.empty()) {
+        CheckCount(row->row.line, labels.size(), format.size(), findings);
+    } else if (row != nullptr) {
+        findings.Warning(row->row.line,
+                         "the print tags {} have no print format: nothing of a reply is printed; "
+                         "write one letter for each tag",
+                         {Quoted(row->Value())});
+    } else if (!format.empty()) {
         findings.Warning(block.LineOf(kPrintFmtKey),
-                         "the print format " + Quoted(format) +
-                             " has no print tags: nothing of a reply is printed",
-                         "write one tag for each letter");
+                         "the print format {} has no print tags: nothing of a reply is printed; "
+                         "write one tag for each letter",
+                         {Quoted(format)});
     }
-    if (row == nullptr) {
-        return;
-    }
-    const std::size_t line = row->row.line;
-    CheckLabels(line, block.record.m_printTags, findings);
-    if (format.empty()) {
-        findings.Warning(line,
-                         "the print tags " + Quoted(row->Value()) +
-                             " have no print format: nothing of a reply is printed",
-                         "write one letter for each tag");
-        return;
-    }
-    CheckCount(line, block.record.m_printTags.size(), format.size(), findings);
 }
 
 // Each argument takes a character of its own and the blank before it.
@@ -115,11 +116,11 @@ void CheckArgumentText(const CmdBlock& block, FindingList& findings) {
     const std::size_t arguments = LettersWithValue(block.record.m_strParaFmt).size();
     const std::size_t most = kArgumentTextLimit / 2;
     if (arguments > most) {
-        findings.Warning(block.LineOf(kParaFormatKey),
-                         "the " + std::to_string(arguments) +
-                             " arguments of the para format cannot fit the " +
-                             std::to_string(kArgumentTextLimit) + " characters of argument text",
-                         "take " + std::to_string(most) + " at most");
+        findings.Warning(
+            block.LineOf(kParaFormatKey),
+            "the {} arguments of the para format cannot fit the {} characters of "
+            "argument text; take {} at most",
+            {std::to_string(arguments), std::to_string(kArgumentTextLimit), std::to_string(most)});
     }
 }
 

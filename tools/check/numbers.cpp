@@ -8,10 +8,8 @@
 
 namespace {
 
-using Fate = KoFileParse::Fate;
-
-constexpr char kRangeRemedy[] = "write 0x0 to 0x7fffffff and nothing else";
-constexpr char kSharingRemedy[] = "give each a number of its own";
+using ModuleInfo = KoFileParse::KoModuleInfo;
+using CmdInfo = KoFileParse::KoCmdInfo;
 
 bool IsDigit(char byte) {
     return std::isdigit(static_cast<unsigned char>(byte)) != 0;
@@ -26,10 +24,10 @@ void CheckBase(std::size_t line, const std::string& value, const HexNumber& numb
         return;
     }
     findings.Warning(line,
-                     "the instruction " + Quoted(value) + " is hexadecimal, so it is " +
-                         std::to_string(number.value) + " in decimal",
-                     "write " + Hex(number.value) + ", or " + Hex(decimal) + " for a decimal " +
-                         std::to_string(decimal));
+                     "the instruction {} is hexadecimal, so it is {} in decimal; "
+                     "write {}, or {} for a decimal {}",
+                     {Quoted(value), std::to_string(number.value), Hex(number.value), Hex(decimal),
+                      std::to_string(decimal)});
 }
 
 // Whether the block has an instruction of its own that is well written.
@@ -49,48 +47,71 @@ void CheckDigits(const CatalogueBlock& block, FindingList& findings) {
     const std::string value = block.Find(kInstructionKey)->Value();
     const std::size_t line = block.LineOf(kInstructionKey);
     const HexNumber number = ParseHexNumber(value);
-    const std::string what = "the instruction " + Quoted(value);
-    const std::string taken = ": " + Hex(number.value) + " is taken";
+    const auto report = [&](const char* what) {
+        findings.Error(line,
+                       "the instruction {} {}: {} is taken; "
+                       "write 0x0 to 0x7fffffff and nothing else",
+                       {Quoted(value), what, Hex(number.value)});
+    };
     if (number.usedLength == 0) {
-        findings.Error(line, what + " is not hexadecimal" + taken, kRangeRemedy);
+        report("is not hexadecimal");
     } else if (number.usedLength != value.size()) {
-        findings.Error(line, what + " has trailing characters" + taken, kRangeRemedy);
+        report("has trailing characters");
     }
     if (number.clamped) {
-        findings.Error(line, what + " does not fit 32 bits" + taken, kRangeRemedy);
+        report("does not fit 32 bits");
     }
     CheckBase(line, value, number, findings);
 }
 
-// Finds the blocks that came with the number of an earlier one.
-template <typename Block>
-class FirstUses {
-public:
-    // The first block of the block's number; null when that is the block itself, or there is none.
-    const Block* Other(const Block& block) {
-        if (block.stored.fate != Fate::kStored || !HasNumber(block)) {
-            return nullptr;
-        }
-        const Block* first = m_first.emplace(block.record.m_instruct, &block).first->second;
-        return first != &block ? first : nullptr;
-    }
-
-private:
-    std::unordered_map<std::int32_t, const Block*> m_first;
-};
-
 std::string Difference(const ConfigKey& key, const std::string& here, const std::string& there) {
     return here == there ? ""
-                         : ", with the " + std::string(key.word) + " " + Quoted(here) +
-                               " here and " + Quoted(there) + " there";
+                         : FormatText(", with the {} {} here and {} there",
+                                      {std::string(key.word), Quoted(here), Quoted(there)});
 }
 
-// "the instruction 0x11 is that of ... at ... too".
+// What differs between two kinds of records that have the same number: whether -1 counts as one,
+// how a finding names the record, and what the sharing means.
+bool HasOwnNumber(const ModuleInfo& module) {
+    return module.m_instruct != -1;
+}
+bool HasOwnNumber(const CmdInfo& /*cmd*/) {
+    return true;
+}
+
+std::string NameOf(const ModuleInfo& module) {
+    return "the module " + Quoted(module.m_strName);
+}
+std::string NameOf(const CmdInfo& cmd) {
+    return Quoted(cmd.m_strCmd);
+}
+
+std::string Effect(const ModuleInfo& /*here*/, const ModuleInfo& /*there*/) {
+    return ": each has the commands of both";
+}
+std::string Effect(const CmdInfo& here, const CmdInfo& there) {
+    return Difference(kParaFormatKey, here.m_strParaFmt, there.m_strParaFmt) +
+           Difference(kPrintFmtKey, here.m_strPrintFmt, there.m_strPrintFmt);
+}
+
 template <typename Block>
-std::string SharingText(const Block& block, const std::string& other, const Block& first,
-                        const FindingList& findings) {
-    return "the instruction " + Hex(block.record.m_instruct) + " is that of " + other + " at " +
-           findings.Place(first.LineOf(kInstructionKey)) + " too";
+void CheckShared(CheckedFile<Block>& file) {
+    std::unordered_map<std::int32_t, const Block*> firsts;  // by their numbers
+    for (const Block& block : file.blocks) {
+        if (block.stored.fate != KoFileParse::Fate::kStored || !HasNumber(block) ||
+            !HasOwnNumber(block.record)) {
+            continue;
+        }
+        const Block& first = *firsts.emplace(block.record.m_instruct, &block).first->second;
+        if (&first != &block) {
+            file.findings.Warning(
+                block.LineOf(kInstructionKey),
+                "the instruction {} is that of {} at {} too{}; give each a number of its own",
+                {Hex(block.record.m_instruct), NameOf(first.record),
+                 file.findings.Place(first.LineOf(kInstructionKey)),
+                 Effect(block.record, first.record)});
+        }
+    }
 }
 
 }  // namespace
@@ -100,46 +121,22 @@ void CheckNumber(const ModuleBlock& block, FindingList& findings) {
     if (block.IsGiven(kInstructionKey) && block.record.m_instruct == -1) {
         findings.Error(
             block.LineOf(kInstructionKey),
-            "the instruction " + Quoted(block.Find(kInstructionKey)->Value()) + " counts as none",
-            kRangeRemedy);
+            "the instruction {} counts as none; write 0x0 to 0x7fffffff and nothing else",
+            {Quoted(block.Find(kInstructionKey)->Value())});
     }
 }
 
 void CheckNumber(const CmdBlock& block, FindingList& findings) {
     CheckDigits(block, findings);
     if (block.Find(kInstructionKey) == nullptr && !block.IsLost(kInstructionKey)) {
-        findings.Error(
-            block.title.line,
-            "the block " + Quoted(block.record.m_strName) + " has no \"instruction\": -1 is sent",
-            "add the number that the service knows");
+        findings.Error(block.title.line,
+                       "the block {} has no \"instruction\": -1 is sent; "
+                       "add the number that the service knows",
+                       {Quoted(block.record.m_strName)});
     }
 }
 
-void CheckNumbers(const CheckedCatalogue& checked, FindingList& moduleFindings,
-                  FindingList& commandFindings) {
-    FirstUses<ModuleBlock> modules;
-    for (const ModuleBlock& block : checked.modules.blocks) {
-        const ModuleBlock* first = block.record.m_instruct != -1 ? modules.Other(block) : nullptr;
-        if (first != nullptr) {
-            const std::string other = "the module " + Quoted(first->record.m_strName);
-            moduleFindings.Warning(block.LineOf(kInstructionKey),
-                                   SharingText(block, other, *first, moduleFindings) +
-                                       ": each has the commands of both",
-                                   kSharingRemedy);
-        }
-    }
-    FirstUses<CmdBlock> commands;
-    for (const CmdBlock& block : checked.commands.blocks) {
-        const CmdBlock* first = commands.Other(block);
-        if (first != nullptr) {
-            const auto& here = block.record;
-            const auto& there = first->record;
-            commandFindings.Warning(
-                block.LineOf(kInstructionKey),
-                SharingText(block, Quoted(there.m_strCmd), *first, commandFindings) +
-                    Difference(kParaFormatKey, here.m_strParaFmt, there.m_strParaFmt) +
-                    Difference(kPrintFmtKey, here.m_strPrintFmt, there.m_strPrintFmt),
-                kSharingRemedy);
-        }
-    }
+void CheckNumbers(CheckedCatalogue& checked) {
+    CheckShared(checked.modules);
+    CheckShared(checked.commands);
 }

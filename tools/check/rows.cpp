@@ -12,8 +12,8 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::size_t kValueLimit = kConfigTextSize - 2;  // the "=" counts with the value
 
 std::string LimitText(const char* what, std::size_t size, std::size_t limit) {
-    return std::string(what) + " of " + std::to_string(size) + " bytes, over the limit of " +
-           std::to_string(limit);
+    return FormatText("{} of {} bytes, over the limit of {}",
+                      {what, std::to_string(size), std::to_string(limit)});
 }
 
 bool IsMarked(std::string_view row) {
@@ -102,25 +102,25 @@ std::vector<StrayGroup> GroupStrays(const std::vector<KeyRow>& strays, bool ends
 // `place` says where the row stands.
 void ReportGroup(const StrayGroup& group, const std::string& place, const Words& keys,
                  FindingList& findings) {
-    if (group.lost.empty() && IsIdle(group.first->row)) {
+    const FileRow& row = group.first->row;
+    if (group.lost.empty() && IsIdle(row)) {
         return;
     }
-    const FileRow& row = group.first->row;
     const Description description = Describe(*group.first, keys);
-    const std::string lost =
-        group.lost.empty() ? "" : "; lost behind it: " + Joined(group.lost, ", ");
-    findings.Error(row.line, Quoted(row.text) + " is " + description.what + place + lost,
-                   description.remedy);
+    findings.Error(row.line, "{} is {}{}{}; {}",
+                   {Quoted(row.text), description.what, place,
+                    group.lost.empty() ? "" : "; lost behind it: " + Joined(group.lost, ", "),
+                    description.remedy});
 }
 
 // The console prints a line for a row so long, whatever the row is.
 void ReportLongRow(const FileRow& row, FindingList& findings) {
     if (row.text.size() >= kConfigTextSize) {
         findings.Warning(row.line,
-                         Quoted(row.text) + " has " +
-                             std::to_string(row.text.size() + row.rest.size) +
-                             " bytes: the console prints a message about it at every start",
-                         "keep it below " + std::to_string(kConfigTextSize));
+                         "{} has {} bytes: the console prints a message about it at every start; "
+                         "keep it below {}",
+                         {Quoted(row.text), std::to_string(row.text.size() + row.rest.size),
+                          std::to_string(kConfigTextSize)});
     }
 }
 
@@ -142,11 +142,20 @@ void CheckStrays(const std::vector<KeyRow>& strays, const CatalogueBlock* ended,
 void ReportShortened(const KeyRow& key, FindingList& findings) {
     const std::string_view given = key.Parts().key;
     if (given.size() < key.word.size()) {
-        findings.Warning(
-            key.row.line,
-            "the key " + Quoted(given) + " is taken for " + Quoted(key.word) + ", which it begins",
-            "write it in full");
+        findings.Warning(key.row.line,
+                         "the key {} is taken for {}, which it begins; write it in full",
+                         {Quoted(given), Quoted(key.word)});
     }
+}
+
+void CheckSize(const KeyRow& key, FindingList& findings) {
+    if (key.Parts().ValueFits()) {
+        ReportLongRow(key.row, findings);
+        return;
+    }
+    findings.Error(
+        key.row.line, "{} has {}: an empty one is taken; shorten it; blanks count",
+        {Quoted(key.row.text), LimitText("a value", key.Parts().valueLength - 1, kValueLimit)});
 }
 
 void CheckKeys(const CatalogueBlock& block, FindingList& findings) {
@@ -154,21 +163,12 @@ void CheckKeys(const CatalogueBlock& block, FindingList& findings) {
     for (const KeyRow& key : block.keys) {
         CheckBytes(key.row, findings);
         ReportShortened(key, findings);
-        if (key.Parts().ValueFits()) {
-            ReportLongRow(key.row, findings);
-        } else {
-            const std::size_t size = key.Parts().valueLength - 1;
-            findings.Error(key.row.line,
-                           Quoted(key.row.text) + " has " +
-                               LimitText("a value", size, kValueLimit) + ": an empty one is taken",
-                           "shorten it; blanks count");
-        }
+        CheckSize(key, findings);
         const KeyRow*& earlier = seen[key.word];
         if (earlier != nullptr) {
-            findings.Error(key.row.line,
-                           Quoted(key.word) + " is given twice: " + Quoted(earlier->Value()) +
-                               " at " + findings.Place(earlier->row.line) + " is lost",
-                           "keep one of them");
+            findings.Error(
+                key.row.line, "{} is given twice: {} at {} is lost; keep one of them",
+                {Quoted(key.word), Quoted(earlier->Value()), findings.Place(earlier->row.line)});
         }
         earlier = &key;
     }

@@ -1,22 +1,20 @@
-#include <strings.h>
-
+#include <algorithm>
 #include <cctype>
+#include <optional>
 
+#include "console/prompt_words.h"
+#include "format/printable.h"
+#include "format/utf8.h"
+#include "lineedit/keys.h"
 #include "tools/check/check.h"
 #include "tools/text.h"
 
 namespace {
 
-// The prompt's words that come before any of the catalogue's.
-constexpr const char* kPromptWords[] = {"help", "?", "quit", "q"};
-
-// Bytes that the line editor takes for arrow keys.
-constexpr std::string_view kArrowBytes = "ABCD[";
-
 // What keeps the byte from being typed as part of a word; empty when nothing does.
 std::string TypingFault(char byte, bool blanksCount) {
-    if (kArrowBytes.find(byte) != std::string_view::npos) {
-        return std::string("the prompt takes \"") + byte + "\" for a part of an arrow key";
+    if (IsPartOfArrowKey(byte)) {
+        return FormatText("the prompt takes \"{}\" for a part of an arrow key", {std::string(1, byte)});
     }
     if (std::iscntrl(static_cast<unsigned char>(byte)) != 0) {
         return "it holds the control byte " + Hex(static_cast<unsigned char>(byte));
@@ -33,22 +31,21 @@ void CheckWord(const Block& block, bool blanksCount, FindingList& findings) {
     const std::string& word = block.record.m_strCmd;
     const std::size_t line = block.LineOf(kCommandKey);
     if (word.empty()) {
-        findings.Error(line, "the block " + Quoted(block.record.m_strName) + " has no \"command\"",
-                       "add the word that is typed for it");
+        findings.Error(line, "the block {} has no \"command\"; add the word that is typed for it",
+                       {Quoted(block.record.m_strName)});
     }
     for (const char byte : word) {
         const std::string fault = TypingFault(byte, blanksCount);
         if (!fault.empty()) {
-            findings.Error(line, "the word " + Quoted(word) + " cannot be typed: " + fault,
-                           "use lower case, digits, \"_\" and \"-\"");
+            findings.Error(
+                line, "the word {} cannot be typed: {}; use lower case, digits, \"_\" and \"-\"",
+                {Quoted(word), fault});
             break;
         }
     }
-    for (const char* own : kPromptWords) {
-        if (strcasecmp(own, word.c_str()) == 0) {
-            findings.Error(line, "the word " + Quoted(word) + " is shadowed by the prompt's own",
-                           "choose another");
-        }
+    if (kHelpWord.IsTyped(word.c_str()) || kQuitWord.IsTyped(word.c_str())) {
+        findings.Error(line, "the word {} is shadowed by the prompt's own; choose another",
+                       {Quoted(word)});
     }
 }
 
@@ -57,11 +54,26 @@ void CheckDescription(const Block& block, FindingList& findings) {
     const std::string& description = block.record.m_strDescrip;
     const std::size_t line = block.LineOf(kDescriptionKey);
     if (!block.IsLost(kDescriptionKey) && description.empty()) {
-        findings.Warning(line,
-                         "the block " + Quoted(block.record.m_strName) + " has no description",
-                         "add one, which \"help\" shows");
+        findings.Warning(line, "the block {} has no description; add one, which \"help\" shows",
+                         {Quoted(block.record.m_strName)});
     }
     CheckShown(line, "description", description, findings);
+}
+
+bool IsPlain(std::string_view text) {
+    return std::all_of(text.begin(), text.end(),
+                       [](char byte) { return byte >= ' ' && byte <= '~'; });
+}
+
+// The first control character. Not a carriage return, which CheckBytes reports.
+std::optional<unsigned char> FindControl(std::string_view text) {
+    while (!text.empty()) {
+        const std::string_view character = TakeUtf8(text);
+        if (IsControl(character) && character != "\r") {
+            return static_cast<unsigned char>(character.back());
+        }
+    }
+    return std::nullopt;
 }
 
 }  // namespace
@@ -70,13 +82,14 @@ void CheckValues(const ModuleBlock& block, FindingList& findings) {
     const std::string& name = block.record.m_strName;
     if (name.empty()) {
         findings.Error(block.title.line,
-                       Quoted(block.title.text) + " names no module: it cannot be selected",
-                       "write a name between the brackets");
+                       "{} names no module: it cannot be selected; "
+                       "write a name between the brackets",
+                       {Quoted(block.title.text)});
     } else if (TrimConfigText(name) != name) {
-        findings.Warning(
-            block.title.line,
-            "no \"belong module\" can name " + Quoted(name) + ", whose blanks belong to the name",
-            "remove them");
+        findings.Warning(block.title.line,
+                         "no \"belong module\" can name {}, whose blanks belong to the name; "
+                         "remove them",
+                         {Quoted(name)});
     }
     CheckWord(block, false, findings);
     CheckNumber(block, findings);
@@ -88,4 +101,34 @@ void CheckValues(const CmdBlock& block, FindingList& findings) {
     CheckNumber(block, findings);
     CheckFormats(block, findings);
     CheckDescription(block, findings);
+}
+
+void CheckBytes(const FileRow& row, FindingList& findings) {
+    if (IsPlain(row.text)) {
+        return;
+    }
+    // At these two the console, or whoever reads the file, sees the end of a row that goes on.
+    if (row.text.find('\0') != std::string::npos) {
+        findings.Error(row.line, "{} is cut at its NUL byte; save the file as plain text",
+                       {Quoted(row.text)});
+    }
+    if (TrimConfigText(row.text).find('\r') != std::string::npos) {
+        findings.Error(row.line,
+                       "{} holds a carriage return, which is no line end by itself; "
+                       "save the file with LF line ends",
+                       {Quoted(row.text)});
+    }
+    if (ValidUtf8(row.text) != row.text) {
+        findings.Warning(row.line, "{} is no UTF-8; save the file as UTF-8", {Quoted(row.text)});
+    }
+}
+
+void CheckShown(std::size_t line, const std::string& what, const std::string& text,
+                FindingList& findings) {
+    const auto control = IsPlain(text) ? std::nullopt : FindControl(text);
+    if (control) {
+        findings.Warning(line,
+                         "the {} {} holds the control byte {}, which a terminal obeys; remove it",
+                         {what, Quoted(text), Hex(*control)});
+    }
 }

@@ -10,7 +10,7 @@ inline std::string BenchWord(int number) {
     return (number % 2 == 0 ? "m" : "c") + std::to_string(number / 2);
 }
 
-// The number behind a word of a file of /proc; 0 without one.
+// The number after a word of a file of /proc; 0 without one.
 inline long long ProcNumber(const std::string& path, const std::string& name) {
     std::ifstream file(path);
     std::string word;

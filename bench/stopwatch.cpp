@@ -74,7 +74,7 @@ public:
         }
     }
 
-    // Reads what may still come behind the prompt.
+    // Reads what may still come after the prompt.
     void Settle() const {
         char bytes[4096];
         pollfd terminal = {m_terminal, POLLIN, 0};
@@ -191,7 +191,7 @@ int main(int argc, char** argv) {
     }
     std::vector<std::vector<long long>> values(lines.size());
     for (int round = std::stoi(argv[2]); round > 0; --round) {
-        // Each is the first in its turn: who comes behind a pause finds the processor asleep.
+        // Each is the first in its turn: who comes after a pause finds the processor asleep.
         for (std::size_t turn = 0; turn < lines.size(); ++turn) {
             const std::size_t i = (static_cast<std::size_t>(round) + turn) % lines.size();
             values[i].push_back(Measure(what, lines[i], *programs[i]));

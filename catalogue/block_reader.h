@@ -19,18 +19,18 @@ const KeyField<Record>* FindKey(const RowParts& row, std::FILE* messages) {
     return found != std::end(keys) ? found : nullptr;
 }
 
-// What hears the blocks of a catalogue file of KoModuleInfo or KoCmdInfo records, in file order.
-// This one ignores every row; others derive from it and add
+// Receives the blocks of a file of KoModuleInfo or KoCmdInfo records, in file order. This one
+// ignores every row; others derive from it and add
 //   Record& Current()  the record that the open block fills, which begins reset
 //   void End()         the block has ended: takes its record
-// A row that ended a block is heard behind that, as a title or as a stray.
+// A row that ended a block follows it, as a title or as a stray.
 struct BlockListener {
     void Title(const std::string&) {}                  // it opened a block
     void Key(const ConfigKey&, const std::string&) {}  // it set a field
-    void Stray(const std::string&) {}                  // it was passed over
+    void Stray(const std::string&) {}                  // it was ignored
 };
 
-// Sets the field of the key that the row is a row of; false for any other row.
+// Sets the field that belongs to the row's key; false if the row has none.
 template <typename Record, typename Listener>
 bool TakeKey(const std::string& row, const KoFile::RowRest& rest, std::FILE* messages,
              Listener& listener) {

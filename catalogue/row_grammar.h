@@ -45,7 +45,7 @@ constexpr bool IsInBrackets(std::string_view row) {
     return text.size() >= 2 && text.front() == '[' && text.back() == ']';
 }
 
-// The block's name: what stands between the brackets of a row that has them.
+// The block's name: the text between the brackets of a row that has them.
 constexpr std::string_view TitleName(std::string_view row) {
     const std::string_view text = ConfigText(row);
     return text.substr(1, text.size() - 2);

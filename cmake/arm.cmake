@@ -1,5 +1,5 @@
 # Cross-builds with Debian's GNU toolchains; KO_TRIPLET comes from the preset. The programs are static, so that they
-# start from a shell with nothing else beside them, here under qemu and on a device as well.
+# start from a shell and need nothing else, here under qemu and on a device as well.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES KO_TRIPLET)
 string(REGEX MATCH "^[^-]+" CMAKE_SYSTEM_PROCESSOR ${KO_TRIPLET})

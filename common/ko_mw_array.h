@@ -11,7 +11,7 @@ constexpr unsigned int kArrayClampLogLine = 136;
 
 // An ordered list, copied and returned by value, whose indexed access never fails: an index past
 // the end means the last element, and an empty array gives an empty element. Indexed access walks
-// the list, so walk with begin()/end() where every element is wanted. Not shared between threads.
+// the list, so use begin()/end() to visit every element. Not shared between threads.
 template <typename T>
 class Array {
 public:

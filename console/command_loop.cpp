@@ -35,7 +35,7 @@ unsigned int FillWordTable(Array<std::string>& words, WordTable& table) {
     return count;
 }
 
-// Copies the words behind the first `offset` entries of `regList`.
+// Copies the words after the first `offset` entries of `regList`.
 int CopyWords(char** regList, unsigned int offset, char** words, unsigned int count) {
     if (regList == nullptr) {
         std::puts("regList is null");

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t kTextSize = 256;  // bytes of a word or an argument text, terminator included
 
-static_assert(kArgumentTextLimit + sizeof(" ") == kTextSize, "the text takes a blank behind it");
+static_assert(kArgumentTextLimit + sizeof(" ") == kTextSize, "the text takes a blank after it");
 
 void ReportIllegalCommand() {
     std::puts("Error:Illegal Command.");
@@ -93,7 +93,7 @@ int KoCmdDebug::SeparateCmd(const char* line, char* cmd, char* args, unsigned in
         return -1;
     }
     std::istringstream stream(line);
-    // A longer word is cut, and matches no command: their words are shorter.
+    // A longer word is truncated, and matches no command: their words are shorter.
     stream >> std::setw(kTextSize) >> cmd;
     stream.get(args, kTextSize, '\0');
     return 0;

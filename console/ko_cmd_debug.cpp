@@ -27,7 +27,7 @@ namespace {
 constexpr mode_t kPageFileMode = 0660;
 constexpr unsigned int kWatcherOption = 2;
 
-// Opens the page's file, behind a symbolic link where the path is one. The file's size stays as it
+// Opens the page file, or the target if the path is a symbolic link. The file's size stays as it
 // is: giving the page its 4096 bytes is the service's part.
 UniqueFd OpenSwapFile() {
     char resolved[PATH_MAX] = {};

@@ -103,7 +103,7 @@ public:
     // exchange failed, silently or after a message.
     int CopyCmdToBuf(const char* cmd, android::Parcel& request);
 
-    // Prints the values behind the reply's status. 0; -1 without a catalogue.
+    // Prints the values after the reply's status. Returns 0, or -1 without a catalogue.
     int FlushCmd(android::Parcel& reply, const std::string& cmd);
 
     // process_signals.cpp
@@ -158,7 +158,7 @@ void Release(const void*);
 // The single console object; set before the watcher thread starts and never changed after.
 extern KoCmdDebug* g_pCmdDebug;
 
-// Path of the file behind the shared page.
+// Path of the page file.
 extern std::string g_strSwapFile;
 
 // Serialises the signal actions.

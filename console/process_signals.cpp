@@ -13,8 +13,8 @@
 // How a signal can get lost.
 //
 // The watcher is the only thread that takes the three signals. SIGTSTP is taken as soon as it
-// comes; SIGCONT and SIGINT are let in before each look at the state word, one at a time and with
-// SIGTSTP kept out, so that no handler interrupts another. After a continue the first look
+// comes; SIGCONT and SIGINT are let in before each poll of the state word, one at a time and with
+// SIGTSTP kept out, so that no handler interrupts another. After a continue the first poll
 // therefore sees the resume and never the suspend before it.
 //
 // Two losses are the kernel's own. SIGCONT discards a SIGTSTP that is still pending, and after a

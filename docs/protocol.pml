@@ -9,17 +9,17 @@
  *
  * A lock is the number of its holder. It is waited for without a limit and in no order, and is free
  * again in the same step in which its holder is killed, as the kernel does it. A tool that finds
- * the page in use until its time-out changes nothing, and neither does one that gives up before it
+ * the page in use until its timeout changes nothing, and neither does one that gives up before it
  * has posted: such a call is one that was not made. A service that finds its lock held ends; as it
- * may be started again at any time, it stands here as one that waits.
+ * may be started again at any time, it counts here as one that waits.
  *
- * Promela's memory is sequentially consistent. That stands for the release store and the acquire
+ * Promela's memory is sequentially consistent. That models the release store and the acquire
  * load of the header: in an undisturbed exchange they order each access to the data, and a process
- * that succeeds another one, as the holder of its lock or when it was killed, starts behind the
+ * that succeeds another one, as the holder of its lock or when it was killed, starts after the
  * kernel's record of that. Where two processes write at once, a processor may show more than the
  * model does; a counterexample is real all the same.
  *
- * A look at the header that finds nothing changes nothing, so the steps of waiting are left out: a
+ * A poll that finds nothing changes nothing, so the steps of waiting are left out: a
  * process blocks until the flag is there. A console that would wait for ever is a deadlock.
  *
  * A service that reads cells of different messages answers with reply 0. A real one decodes the
@@ -30,7 +30,7 @@
  *   CONSOLES=n        consoles that run at once, 0 to 2 (1)
  *   TOOLS=n           tools that run at once, 0 to 2 (0)
  *   TOOL_TIMEOUT      a tool may give up at any step between its request and the reply's copy
- *   FORCE             a tool posts without a look at the header
+ *   FORCE             a tool posts without reading the header
  *   CONSOLE_CRASH     console 1 is killed at any step; console 2 succeeds it
  *   CLIENT_CRASH      any one of the consoles and tools is killed at any step
  *   SERVICE_CRASH     service 1 is killed at any step; service 2 succeeds it
@@ -45,7 +45,7 @@
  *   REQUEST_HEADER_FIRST, REPLY_HEADER_FIRST   the header is stored before the data
  *   SPLIT_HEADER                               the flags are stored, then the length
  *   KEEP_POSTED                                a reply leaves the request flag standing
- *   LOCK_LATE                                  a client locks behind its request's data
+ *   LOCK_LATE                                  a client locks after its request's data
  *   UNLOCK_EARLY                               a client unlocks before it copies the reply
  * What is asserted:
  *   CHECK_COMPLETE    a client takes all the cells of one reply, with its length
@@ -55,7 +55,7 @@
  *   CHECK_SPOILT=n    at most n times a client takes anything but its own complete reply
  *   CHECK_FIRST_ONLY  where it does, it is console 2 in its first exchange
  *   CHECK_TURN        where it does, it began its turn over an unanswered request, and is no tool
- *                     that looks at the header
+ *                     that reads the header
  *   CHECK_TOOL        a tool takes no complete reply to another request
  *   CHECK_UNREACHED=n client n never ends with its own reply, a tool that may find an abandoned
  *                     request never after one: must fail, else the others prove nothing

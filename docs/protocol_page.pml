@@ -58,7 +58,7 @@ inline print_me() {
     fi
 }
 
-/* `unsettled`: the request of a client that went away still stands there, answered or not yet. */
+/* `unsettled`: the request of a client that went away is still there, answered or not. */
 inline begin_turn() {
     atomic {
         !TAKES_TURNS || turn == 0;

@@ -4,13 +4,13 @@
 #include <istream>
 #include <string>
 
-// How arguments are read off the text behind a command's word.
+// How arguments are read from the text after a command's word.
 
 // What the console takes of it, in bytes: the blank before each argument, and the arguments.
 constexpr std::size_t kArgumentTextLimit = 254;
 
 // Takes one value off the text by the stream's own rules. False when there is none, or when the
-// text ends right behind it: a blank behind the last argument keeps a complete one from the end.
+// text ends right after it: a blank after the last argument keeps a complete one from the end.
 template <typename Value>
 bool TakeValue(std::istream& text, Value& value) {
     text >> value;

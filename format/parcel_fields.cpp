@@ -22,7 +22,7 @@ struct ReadFrom {
 };
 
 // Whether a read that moved so far found a whole value. A failed read leaves the position where it
-// was, that of a string perhaps behind the count; only the bytes tell a text without its zero unit
+// was, that of a string perhaps after the count; only the bytes tell a text without its zero unit
 // from an empty one.
 bool WasRead(char letter, const std::uint8_t* bytes, std::size_t moved) {
     if (moved < FindFormatLetter(letter)->leastSize) {

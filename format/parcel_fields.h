@@ -25,7 +25,7 @@ struct ParcelField {
 FieldValue ZeroOf(char letter);
 
 // Reads one field for each letter from the parcel's position on; `S` has none. Nothing when a
-// letter is unknown or a value is missing, cut short, or not what its letter says.
+// letter is unknown or a value is missing, incomplete, or not what its letter says.
 std::optional<std::vector<ParcelField>> ReadFields(const android::Parcel& parcel,
                                                    const std::string& format);
 

@@ -28,7 +28,7 @@ bool IsBetween(char byte, unsigned char low, unsigned char high) {
     return code >= low && code <= high;
 }
 
-// The bytes behind the first that belong to the row's sequence.
+// The bytes after the first that belong to the row's sequence.
 std::size_t Following(std::string_view text, const LeadByte& row) {
     std::size_t count = 0;
     while (count < row.following && count + 1 < text.size() &&

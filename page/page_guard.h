@@ -1,7 +1,7 @@
 #pragma once
 
 // Runs `access(argument)`, which may touch a mapped page. Returns false, with the access broken
-// off, when the file behind the page has become too short for it: the kernel raises SIGBUS then,
+// off, if the page file has become too short for it: the kernel raises SIGBUS then,
 // which would end the process. `access` must own nothing that needs a destructor. Safe on several
 // threads at once, in signal handlers, and inside another guarded access, which then goes on.
 //

@@ -28,7 +28,7 @@ static_assert(sizeof(SharePageHeader) == kHeaderSize);
 static_assert(offsetof(SharePageHeader, flags) == 0 && offsetof(SharePageHeader, length) == 4);
 
 // The mapped page. The header moves as one 8-byte atomic, so that it can neither tear nor pass the
-// data on a processor that reorders memory accesses: stored with release behind the data, loaded
+// data on a processor that reorders memory accesses: stored with release after the data, loaded
 // with acquire before it.
 struct SharePage {
     std::atomic<std::uint64_t> header;
@@ -55,16 +55,16 @@ inline void StoreHeader(SharePage& page, std::uint8_t flags, std::size_t length)
     page.header.store(word, std::memory_order_release);
 }
 
-// The bytes of the page's file that its users lock, by open-file-description locks, which nobody is
-// made to heed: a client's from before it writes a request until it has copied the reply, a
-// service's while it serves. The kernel gives them back however the holder ends.
+// The bytes of the page file that its users lock, with advisory open-file-description locks: a
+// client from before it writes a request until it has copied the reply, a service while it serves.
+// The kernel releases them however the holder ends.
 enum class PageLockByte : int { kClient = 0, kService = 1 };
 
 enum class PageLockMode { kTry, kWait, kRelease };
 
-// Takes or releases a lock through a descriptor of the page's file. 0, or the error number: EAGAIN
-// while somebody else holds it, EINTR when a signal handler ended the wait, any other where kernel,
-// file system or a policy has no such locks to give.
+// Takes or releases a lock through a descriptor of the page file. Returns 0 or an error number:
+// EAGAIN while somebody else holds it, EINTR if a signal handler ended the wait, any other if the
+// kernel, the file system or a policy gives no such locks.
 inline int LockPage(int file, PageLockByte byte, PageLockMode mode) {
     struct flock range = {};
     range.l_type = mode == PageLockMode::kRelease ? F_UNLCK : F_WRLCK;

@@ -7,13 +7,13 @@
 const char* PageResultText(PageResult result) {
     switch (result) {
         case PageResult::kNotAnswered:
-            return "there is no answer in time";
+            return "no reply in time";
         case PageResult::kRequestTooLong:
-            return "the request is longer than a page";
+            return "the request does not fit the page";
         case PageResult::kReplyTooLong:
-            return "the reply is longer than a page";
+            return "the reply does not fit the page";
         case PageResult::kPageGone:
-            return "its file has been cut";
+            return "the page file is empty";
         default:
             return "";
     }

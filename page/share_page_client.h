@@ -14,18 +14,18 @@ enum class PageResult {
     kNotAnswered,     // no reply until the deadline
     kRequestTooLong,  // more than 4088 bytes; nothing was written
     kReplyTooLong,    // the reply's length is more than 4088 bytes
-    kPageGone,        // the file behind the page was cut to nothing
+    kPageGone,        // the page file was truncated to 0 bytes
 };
 
 // What went wrong, as a part of a sentence; empty for kDone.
 const char* PageResultText(PageResult result);
 
-// A client's half of the page protocol: post a request, look until the reply is there, take it.
+// A client's half of the page protocol: post a request, poll until the reply is there, take it.
 // One exchange at a time. The page may lose its file or be scribbled on at any time without harm to
 // the caller.
 class SharePageClient {
 public:
-    // The console looks for a reply in steps of this length.
+    // The console polls for a reply in steps of this length.
     static constexpr std::chrono::milliseconds kPollStep{100};
 
     // Borrows the mapped page, which must outlive the client.
@@ -40,7 +40,7 @@ public:
     // left in the page.
     PageResult Look(SharePageHeader& header) const;
 
-    // Sleeps a step and looks, until the reply is there, the page fails or the deadline has passed.
+    // Sleeps a step and polls, until the reply is there, the page fails or the deadline has passed.
     // The console sets no deadline: some commands take as long as the hardware does, and only the
     // engineer knows when to give up. kDone, kNotAnswered or kPageGone.
     using Deadline = std::optional<std::chrono::steady_clock::time_point>;

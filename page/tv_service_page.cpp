@@ -26,7 +26,7 @@ const char* TypeFault(const struct stat& info) {
     if (S_ISREG(info.st_mode)) {
         return "";
     }
-    return S_ISLNK(info.st_mode) ? "is a symbolic link" : "is no regular file";
+    return S_ISLNK(info.st_mode) ? "is a symbolic link" : "is not a regular file";
 }
 
 // False when a signal handler ended the sleep.
@@ -94,7 +94,7 @@ bool TvServicePage::OpenFile(const std::string& path, std::string& reason) {
 bool TvServicePage::LockFile(std::string& reason) {
     m_lockError = LockPage(m_file, PageLockByte::kService, PageLockMode::kTry);
     if (m_lockError == EAGAIN) {
-        reason = "another service serves it";
+        reason = "in use by another service";
     }
     return m_lockError != EAGAIN;
 }

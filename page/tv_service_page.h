@@ -27,15 +27,14 @@ public:
     // page/page_guard.h is one; it needs the process's SIGBUS.
     using Guard = bool (*)(void (*access)(void*), void* argument);
 
-    // Without a guard the page is touched as it is: should somebody cut the page's file to nothing,
-    // the next access raises SIGBUS.
+    // Without a guard, an access raises SIGBUS if somebody has truncated the page file to 0 bytes.
     explicit TvServicePage(Guard guard = nullptr, std::chrono::nanoseconds step = kPollStep)
         : m_guard(guard), m_step(step) {}
     ~TvServicePage() { Close(); }
     TvServicePage(const TvServicePage&) = delete;
     TvServicePage& operator=(const TvServicePage&) = delete;
 
-    // Takes the service's lock on the page's file, gives the file at least 4096 bytes and maps it,
+    // Takes the service's lock on the page file, gives the file at least 4096 bytes and maps it,
     // until this object ends; the file stays. A missing file is created with mode 0660, whatever
     // the umask; one that is there keeps its mode, owner and content. False, with `error` as
     // "path: reason", when the path is a symbolic link or no regular file, another service has the
@@ -54,7 +53,7 @@ public:
 
     // Writes the reply, then its length and the ready flag in one step, and withdraws the request
     // flag. False with nothing written when the reply is empty or has more than 4088 bytes, or the
-    // page cannot be written; the request then stands and comes again.
+    // page cannot be written; the request then stays and comes again.
     bool PostReply(const std::uint8_t* reply, std::size_t size);
 
 private:

@@ -13,7 +13,7 @@ const int CUST_TYPE_CONFIG = 1;
 namespace {
 
 // In the order of precedence.
-constexpr const char* kConfigFolders[] = {
+constexpr const char* kConfigDirectories[] = {
     KO_DEVICE_ROOT "/data/vendor/etc/",
     KO_DEVICE_ROOT "/odm/etc/",
     KO_DEVICE_ROOT "/vendor/etc/",
@@ -31,8 +31,8 @@ const char* ko_get_one_cfg_file(const char* path, int type, char (&buffer)[kCfgP
     if (path == nullptr || type != CUST_TYPE_CONFIG) {
         return nullptr;
     }
-    for (const char* folder : kConfigFolders) {
-        const std::string candidate = std::string(folder) + path;
+    for (const char* directory : kConfigDirectories) {
+        const std::string candidate = std::string(directory) + path;
         if (candidate.size() < kCfgPathSize && IsThere(candidate)) {
             return strcpy_s(buffer, kCfgPathSize, candidate.c_str()) == 0 ? buffer : nullptr;
         }

@@ -23,8 +23,8 @@ constexpr char kSyslogSocket[] = KO_DEVICE_ROOT "/dev/log";
 constexpr std::size_t kTextSize = 512;  // bytes of an entry's text, terminator included
 constexpr std::uint8_t kMainBuffer = 0;
 
-// What stands before an entry on its way to the log daemon. Behind it follow the priority in one
-// byte, the tag and the message, each with a NUL.
+// Precedes an entry on its way to the log daemon. The priority in one byte, the tag and the
+// message, each with a NUL, follow.
 struct __attribute__((packed)) EntryHeader {
     std::uint8_t buffer;
     std::uint16_t thread;

@@ -12,7 +12,7 @@ constexpr char kLogTag[] = "KoMW_Ko_cmd_pri";
 class KoLog {
 public:
     // Writes one entry, "[function:line] text" of at most 511 bytes of text, to the log daemon
-    // where one is, to syslog elsewhere; never to the terminal. Does not wait: what neither takes
+    // if there is one, else to syslog; never to the terminal. Does not wait: what neither takes
     // now is lost. Safe on any thread, not in signal handlers.
     static void PrintLog(ATV_LOG_PRIO_E priority, const char* tag, const char* function,
                          unsigned int line, const char* format, ...)

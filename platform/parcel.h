@@ -20,7 +20,7 @@ public:
     Parcel(const Parcel&) = delete;
     Parcel& operator=(const Parcel&) = delete;
 
-    // Each writes at the position and moves behind it. Returns 0, or a negative status with nothing
+    // Each writes at the position and moves past it. Returns 0, or a negative status with nothing
     // written.
     status_t writeInt32(std::int32_t value);
     status_t writeInt64(std::int64_t value);
@@ -47,14 +47,14 @@ public:
 
     // Moves past the count in any case (unless that is missing); the text is empty when the count
     // is negative or does not fit in what is left. A text without its zero unit is empty too, but
-    // the position moves behind it. (Android 10 does not look for the zero unit.)
+    // the position moves past it. (Android 10 does not look for the zero unit.)
     String16 readString16() const;
 
 private:
     // Largest parcel in bytes; no transaction of the platform carries more.
     static constexpr std::size_t kMaxSize = std::size_t{1024} * 1024;
 
-    // Makes room for so many bytes at the position and moves behind them; null beyond kMaxSize.
+    // Makes room for so many bytes at the position and moves past them; null beyond kMaxSize.
     std::uint8_t* Claim(std::size_t bytes);
     template <typename T>
     status_t Write(T value);

@@ -4,10 +4,10 @@
 // closed, so that no file that the program opens takes it. Using the stream fails as it would have.
 void OpenClosedStreams();
 
-// The last call of a program whose standard output is its result: `status`; but `failure`, after a
-// message, where `status` is 0 and the result could not all be written.
+// The last call of a program with a result on standard output. Returns `status`. If output was
+// lost, prints a message and returns `failure` in place of 0.
 int FinishOutput(const char* program, int status, int failure);
 
-// Prints the message and the text of errno to standard error, as perror does, behind everything
-// that was printed to standard output before. Waits where writing that waits. Any thread.
+// Prints the message and the text of errno to standard error, as perror does, after everything
+// that was printed to standard output before. Waits if writing that waits. Any thread.
 void PrintSystemError(const char* message);

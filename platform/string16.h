@@ -19,7 +19,7 @@ public:
     String16() = default;
     // From 8-bit text up to the terminating NUL.
     explicit String16(const char* utf8) : String16(utf8, std::char_traits<char>::length(utf8)) {}
-    // From 8-bit text. Empty when the last sequence is cut short; else nothing is checked: each
+    // From 8-bit text. Empty if the last sequence is incomplete; else nothing is checked: each
     // sequence has the length that its first byte tells, and its number, overlong or a surrogate as
     // it may be, is taken from the bits that the encoding gives to it.
     explicit String16(const char* utf8, std::size_t length);

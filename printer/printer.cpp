@@ -12,7 +12,7 @@ namespace {
 constexpr char kSeparator[] = "===========================";
 constexpr std::size_t kTextSize = 256;  // bytes of a rendered number, terminator included
 
-// The line numbers of a failed rendering are part of the log's contract, wherever its code stands.
+// The line numbers of a failed rendering are part of the log's contract, wherever its code is.
 constexpr unsigned int kInt32LogLine = 35;
 constexpr unsigned int kInt64LogLine = 44;
 constexpr unsigned int kFloatLogLine = 59;
@@ -127,7 +127,7 @@ void Printer::ParseDecimalfmt(KO_BOOL wide, const unsigned int& index,
     AppendValue(line, tags[index], text);
 }
 
-// A string ends at a zero unit, so that one inside a value cannot swallow the values behind it.
+// A string ends at a zero unit, so that one inside a value cannot swallow the values after it.
 void Printer::ParseStringfmt(KO_BOOL wide, const unsigned int& index,
                              const Array<std::string>& tags, std::string& line) {
     if (wide != 0) {

@@ -11,13 +11,13 @@
 // thread only.
 class Printer {
 public:
-    // The parcel's read position stands behind the status word.
+    // The parcel's read position is after the status word.
     explicit Printer(const android::Parcel& reply);
 
     // Reads the reply by the print format, record by record, and keeps the lines for Flush. A
     // letter without a tag is not looked at; a value missing from the last record is 0 or empty.
     // Messages about the format are printed at once. Returns 0; or -1 without a format or tags, or
-    // at an invalid letter, which drops the record it stands in.
+    // at an invalid letter, which drops the record that it is in.
     int Fmt(const char* format, const Array<std::string>& tags);
 
     // Prints and forgets every line. Always 0.

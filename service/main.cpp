@@ -31,11 +31,11 @@ constexpr char kUsage[] =
     "Plays the TV middleware service: answers the commands of the catalogue through\n"
     "the shared page, with values of the right types. Prints a line for each exchange.\n"
     "\n"
-    "  --delay MS    wait so long before each answer\n"
+    "  --delay MS    wait so long before each reply\n"
     "  --status N    answer every command with this status\n"
     "  --records N   put N records into each reply (1)\n"
-    "  --accept-old  carry out a request that is there at the start; it may have been\n"
-    "                carried out before\n"
+    "  --accept-old  carry out a request found at the start; that may be the\n"
+    "                second time\n"
     "  --help        print this\n"
     "\n"
     "SIGINT or SIGTERM ends it.\n";
@@ -56,7 +56,7 @@ void CatchStopSignals() {
     }
 }
 
-// Nothing when the process is to end with `status` at once.
+// Returns nullopt if the process is to end with `status` at once.
 std::optional<Settings> ReadOptions(int argc, char** argv, int& status) {
     static const option kOptions[] = {
         {"delay", required_argument, nullptr, 'd'},   {"status", required_argument, nullptr, 's'},
@@ -109,7 +109,7 @@ void Post(TvServicePage& page, const TvService::Answer& answer) {
     std::printf("%s%s\n", Printable(answer.summary).c_str(), posted ? "" : " (not posted)");
 }
 
-// Whether a request that is there at the start was carried out before nobody knows.
+// Nobody knows whether a request found at the start was carried out before.
 void RefuseOld(TvServicePage& page) {
     std::vector<std::uint8_t> request;
     if (page.WaitRequest(std::chrono::milliseconds(0), request)) {
@@ -142,7 +142,7 @@ bool Open(TvServicePage& page) {
         return false;
     }
     if (page.LockError() != 0) {
-        std::fprintf(stderr, "ko_tv_service: %s cannot be locked, and is served without: %s\n",
+        std::fprintf(stderr, "ko_tv_service: cannot lock %s, serving without a lock: %s\n",
                      kSharePageFile, std::strerror(page.LockError()));
     }
     return true;

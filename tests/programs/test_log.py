@@ -27,7 +27,7 @@ def test_entries(log_daemon, played_service):
         "5 KoMW_Ko_cmd_pri [FillWordTable] completion offers the first 256 of 257 module words",
         "5 KoMW_Ko_cmd_pri [FillWordTable] completion offers the first 256 of 257 command words",
         "6 KoMW_Ko_cmd_pri [ParseDecimalfmt:68] snprintf_s failed, ret = -1",
-        "6 KoMW_Ko_cmd_pri [CopyCmdToBuf] exchange failed: its file has been cut",
+        "6 KoMW_Ko_cmd_pri [CopyCmdToBuf] exchange failed: the page file is empty",
     ]
 
 

@@ -14,7 +14,8 @@ namespace {
 // What keeps the byte from being typed as part of a word; empty when nothing does.
 std::string TypingFault(char byte, bool blanksCount) {
     if (IsPartOfArrowKey(byte)) {
-        return FormatText("the prompt takes \"{}\" for a part of an arrow key", {std::string(1, byte)});
+        return FormatText("the prompt takes \"{}\" for a part of an arrow key",
+                          {std::string(1, byte)});
     }
     if (std::iscntrl(static_cast<unsigned char>(byte)) != 0) {
         return "it holds the control byte " + Hex(static_cast<unsigned char>(byte));

@@ -38,8 +38,8 @@ public:
     // console then goes on with what the catalogue holds and empty module lists.
     int LoadConfig();
 
-    // Sets what the interrupt key has the watcher thread call, with a null argument, before the
-    // process ends; null for nothing. Before Exec.
+    // Sets what the watcher thread calls, with a null argument, before the interrupt key ends the
+    // process; null for none. Before Exec.
     void SetRelease(void (*release)(const void*)) { m_pfnRelease = release; }
 
     // Runs the console: maps the page, catches the signals, reads lines until the end, then

@@ -87,7 +87,7 @@ def test_unanswered(example_catalogue, played_service, flags, options, sent):
 
 
 def test_page_that_cannot_be_used(example_catalogue):
-    for fault in ("No such file", "has been cut"):
+    for fault in ("No such file", "is empty"):
         result = tool("call", "tun", "lock")
         assert result.status == 6
         assert fault in result.messages

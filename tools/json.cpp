@@ -47,7 +47,7 @@ std::string JsonText(const Json& json) {
 
 // JSON's syntax has no control characters, so all of them are inside strings; the library leaves
 // those from U+007F on as they are.
-void PrintJsonLine(const Json& json) {
+std::string JsonLine(const Json& json) {
     const std::string text = JsonText(json);
-    std::printf("%s\n", (OutputIsTerminal() ? Printable(text, "\\u00") : text).c_str());
+    return (OutputIsTerminal() ? Printable(text, "\\u00") : text) + "\n";
 }

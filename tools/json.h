@@ -17,5 +17,6 @@ Json JsonValue(const FieldValue& value, JsonInt64 int64);
 // One line without its end. Texts may hold any bytes: what is not UTF-8 becomes U+FFFD.
 std::string JsonText(const Json& json);
 
-// Prints one line of JSON to standard output; to a terminal with every control character escaped.
-void PrintJsonLine(const Json& json);
+// One line of JSON with its end, as standard output takes it: to a terminal with every control
+// character escaped.
+std::string JsonLine(const Json& json);

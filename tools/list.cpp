@@ -105,7 +105,7 @@ int RunList(const CommandLine& line) {
             continue;
         }
         for (const CmdInfo* cmd : cmds) {
-            PrintJsonLine(CommandJson(module, *cmd));
+            std::fputs(JsonLine(CommandJson(module, *cmd)).c_str(), stdout);
         }
     }
     return kExitDone;

@@ -1,7 +1,6 @@
 #include "tools/report.h"
 
-#include <cstdio>
-
+#include "tools/output.h"
 #include "tools/text.h"
 
 Report::Report(const std::string& message, std::chrono::system_clock::time_point time)
@@ -20,10 +19,9 @@ void Report::AddFaultIf(bool found, const std::string& fault) {
     }
 }
 
-void Report::Print(bool json) {
+bool Report::Print(bool json) {
     if (HasFaults()) {
         Add("faults", m_faults);
     }
-    json ? PrintJsonLine(m_json) : PrintLine(m_text);
-    std::fflush(stdout);
+    return WriteOutput(json ? JsonLine(m_json) : OutputLine(m_text));
 }

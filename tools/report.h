@@ -17,8 +17,8 @@ public:
     void AddFaultIf(bool found, const std::string& fault);
     bool HasFaults() const { return !m_faults.empty(); }
 
-    // Prints it to standard output at once, the faults last.
-    void Print(bool json);
+    // Writes it to standard output at once, the faults last. Result as of WriteOutput.
+    bool Print(bool json);
 
 private:
     Json m_json;

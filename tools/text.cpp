@@ -89,8 +89,12 @@ bool OutputIsTerminal() {
     return isatty(STDOUT_FILENO) != 0;
 }
 
+std::string OutputLine(const std::string& line) {
+    return (OutputIsTerminal() ? Printable(line) : line) + "\n";
+}
+
 void PrintLine(const std::string& line) {
-    std::printf("%s\n", (OutputIsTerminal() ? Printable(line) : line).c_str());
+    std::fputs(OutputLine(line).c_str(), stdout);
 }
 
 void Complain(const std::string& message) {

@@ -34,7 +34,10 @@ std::string IsoTime(std::chrono::system_clock::time_point time);
 // Whether standard output is a terminal, which control characters in a text could steer.
 bool OutputIsTerminal();
 
-// Prints one line to standard output; to a terminal printable.
+// The line with its end, as standard output takes it: to a terminal printable.
+std::string OutputLine(const std::string& line);
+
+// Prints one line to standard output as OutputLine has it.
 void PrintLine(const std::string& line);
 
 // Prints one message line to standard error.

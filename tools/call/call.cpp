@@ -1,3 +1,4 @@
+#include <cstdio>
 #include <nlohmann/json.hpp>
 
 #include "tools/call/prepared_request.h"
@@ -19,7 +20,7 @@ int RunCall(const CommandLine& line) {
         return kExitDone;
     }
     for (const Json& record : RecordsJson(*prepared.cmd, reply.records, *line.json)) {
-        PrintJsonLine(record);
+        std::fputs(JsonLine(record).c_str(), stdout);
     }
     return kExitDone;
 }

@@ -1,4 +1,3 @@
-#include <cstdio>
 #include <map>
 
 #include "catalogue/cmds_by_number.h"
@@ -7,6 +6,7 @@
 #include "tools/commands.h"
 #include "tools/interval_timer.h"
 #include "tools/monitor/page_observer.h"
+#include "tools/output.h"
 #include "tools/report.h"
 #include "tools/text.h"
 
@@ -39,7 +39,8 @@ public:
     Monitor(const CommandLine& line, const KoFileParse& catalogue)
         : m_line(line), m_cmds(catalogue) {}
 
-    void Tell(const PageCopy& page);
+    // False if standard output has failed.
+    bool Tell(const PageCopy& page);
     void Summarise() const;
 
 private:
@@ -56,7 +57,7 @@ private:
     Counts m_counts;
 };
 
-void Monitor::Tell(const PageCopy& page) {
+bool Monitor::Tell(const PageCopy& page) {
     const unsigned int flags = page.header.flags;
     const bool isReply = (flags & kReplyReady) != 0;
     const bool isRequest = !isReply && (flags & kRequestPosted) != 0;
@@ -77,7 +78,7 @@ void Monitor::Tell(const PageCopy& page) {
         const auto* bytes = reinterpret_cast<const std::uint8_t*>(&page);
         report.Add("bytes", HexBytes(bytes, page.Size()));
     }
-    report.Print(m_line.json.has_value());
+    return report.Print(m_line.json.has_value());
 }
 
 void Monitor::TellRequest(const Bytes& bytes, Report& report) {
@@ -156,13 +157,12 @@ int RunMonitor(const CommandLine& line) {
     bool isNew = page.Poll() && page.Last().header.flags != kReplyReady;
     for (std::size_t left = line.count; left != 0; isNew = page.Poll()) {
         if (isNew) {
-            monitor.Tell(page.Last());
-            --left;
+            left = monitor.Tell(page.Last()) ? left - 1 : 0;
         }
-        if (left == 0 || std::ferror(stdout) != 0 || timer.Wait() != 0) {
+        if (left == 0 || timer.Wait() != 0) {
             break;
         }
     }
     monitor.Summarise();
-    return kExitDone;
+    return OutputStatus();
 }

@@ -4,6 +4,7 @@
 #include "tools/call/prepared_request.h"
 #include "tools/commands.h"
 #include "tools/interval_timer.h"
+#include "tools/output.h"
 #include "tools/report.h"
 #include "tools/table.h"
 #include "tools/text.h"
@@ -28,7 +29,7 @@ void TakeSamples(const CommandLine& line, const PreparedRequest& prepared, Inter
                  Show show, OnSignal onSignal) {
     for (std::size_t left = line.count; left != 0; --left) {
         show(TakeSample(prepared, line.timeout));
-        if (std::fflush(stdout) != 0 || left == 1) {
+        if (std::fflush(stdout) != 0 || !WriteOutput("") || left == 1) {
             return;
         }
         for (int signal = timer.Wait(); signal != 0; signal = timer.Wait()) {
@@ -118,5 +119,5 @@ int RunWatch(const CommandLine& line) {
     }
     const bool onScreen = OutputIsTerminal() && !line.csv && !line.json;
     (onScreen ? WatchOnScreen : WatchAsLines)(line, prepared);
-    return kExitDone;
+    return OutputStatus();
 }

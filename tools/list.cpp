@@ -8,10 +8,10 @@
 #include "tools/catalogue_source.h"
 #include "tools/commands.h"
 #include "tools/exit_status.h"
+#include "tools/format_names.h"
 #include "tools/json.h"
 #include "tools/table.h"
 #include "tools/text.h"
-#include "tools/type_names.h"
 
 namespace {
 
@@ -30,26 +30,12 @@ std::vector<const CmdInfo*> CmdsOf(const KoFileParse& catalogue, const ModuleInf
     return cmds;
 }
 
-struct ReplyValue {
-    std::string label;  // empty when it has none
-    std::string type;
-};
-
-std::vector<ReplyValue> ReplyValues(const CmdInfo& cmd) {
-    std::vector<ReplyValue> values;
-    auto tag = cmd.m_printTags.begin();
-    for (const std::string& type : TypeNames(cmd.m_strPrintFmt)) {
-        values.push_back({tag != cmd.m_printTags.end() ? *tag++ : std::string(), type});
-    }
-    return values;
-}
-
 // "label type, ...", printable.
 std::string ReplyText(const CmdInfo& cmd) {
-    std::vector<std::string> texts;
-    for (const ReplyValue& value : ReplyValues(cmd)) {
-        texts.push_back(value.label.empty() ? value.type
-                                            : Printable(value.label) + " " + value.type);
+    const std::vector<std::string> labels = Labels(cmd);
+    std::vector<std::string> texts = TypeNames(cmd.m_strPrintFmt);
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        texts[i].insert(0, labels[i].empty() ? "" : Printable(labels[i]) + " ");
     }
     return Joined(texts, ", ");
 }
@@ -74,9 +60,11 @@ void PrintModule(const ModuleInfo& module, const std::vector<const CmdInfo*>& cm
 }
 
 Json CommandJson(const ModuleInfo& module, const CmdInfo& cmd) {
+    const std::vector<std::string> labels = Labels(cmd);
+    const std::vector<std::string> types = TypeNames(cmd.m_strPrintFmt);
     Json reply = Json::array();
-    for (const ReplyValue& value : ReplyValues(cmd)) {
-        reply.push_back({{"label", value.label}, {"type", value.type}});
+    for (std::size_t i = 0; i < types.size(); ++i) {
+        reply.push_back({{"label", labels[i]}, {"type", types[i]}});
     }
     return {{"module", module.m_strName},
             {"word", module.m_strCmd},

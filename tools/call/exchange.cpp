@@ -23,23 +23,83 @@ using MaybeFailure = std::optional<Failure>;
 constexpr milliseconds kPollStep{10};
 constexpr milliseconds kSignalStep{50};  // how often a wait looks for a blocked signal
 
+MaybeFailure FailureOf(PageResult result) {
+    if (result == PageResult::kDone) {
+        return std::nullopt;
+    }
+    return PageFailure(kExitPage, PageResultText(result));
+}
+
 // One exchange on a mapped page, step by step.
 class Exchange {
 public:
     Exchange(const ExchangeLimits& limits, SharePage* page)
         : m_limits(limits), m_client(page, kPollStep), m_stopMessage(page) {}
 
-    MaybeFailure Run(int file, const android::Parcel& request, std::vector<std::uint8_t>& reply);
+    MaybeFailure Run(int file, const android::Parcel& request, std::vector<std::uint8_t>& reply) {
+        PageQueue turn(file);
+        if (MaybeFailure failure = AwaitTurn(turn)) {
+            return failure;
+        }
+        if (MaybeFailure failure = AwaitEarlierReply()) {
+            return failure;
+        }
+        if (MaybeFailure failure = FailureOf(m_stopMessage.Post(m_client, request))) {
+            return failure;
+        }
+        if (MaybeFailure failure = AwaitReply()) {
+            return failure;
+        }
+        return FailureOf(m_client.TakeReply(reply));
+    }
 
 private:
-    MaybeFailure AwaitTurn(PageQueue& turn);
-    MaybeFailure AwaitEarlierReply();
-    MaybeFailure AwaitReply();
+    MaybeFailure AwaitTurn(PageQueue& turn) {
+        const int error =
+            WaitWhile(EAGAIN, [&turn](Clock::time_point until) { return turn.Wait(until); });
+        if (error == 0) {
+            return std::nullopt;
+        }
+        return error == EAGAIN
+                   ? PageFailure(kExitBusy, "others used it" + Within() + "; nothing was sent")
+                   : PageFailure(kExitPage, std::strerror(error));
+    }
+
+    MaybeFailure AwaitEarlierReply() {
+        SharePageHeader header = {};
+        PageResult result = m_client.Look(header);
+        const bool isWaiting =
+            (header.flags & kRequestPosted) != 0 && (header.flags & kReplyReady) == 0;
+        if (result == PageResult::kDone && isWaiting && !m_limits.force) {
+            result = WaitForReply();
+        }
+        if (result == PageResult::kNotAnswered) {
+            return PageFailure(kExitNoAnswer, "an earlier request in it is not answered either" +
+                                                  Within() +
+                                                  ": no service seems to run; nothing was sent");
+        }
+        return FailureOf(result);
+    }
+
+    MaybeFailure AwaitReply() {
+        const PageResult result = WaitForReply();
+        if (result == PageResult::kNotAnswered) {
+            return PageFailure(kExitNoAnswer, "no answer" + Within() + "; the request stays there");
+        }
+        return FailureOf(result);
+    }
 
     // Calls `wait` with times until which it may wait. Returns its first result other than
     // `pending`; or `pending` after the timeout or a signal.
     template <typename Result, typename Wait>
-    Result WaitWhile(Result pending, Wait wait);
+    Result WaitWhile(Result pending, Wait wait) {
+        Result result = pending;
+        do {
+            result = wait(std::min(m_deadline, Clock::now() + kSignalStep));
+            m_stopped = EndingSignalIsPending();
+        } while (result == pending && !m_stopped && Clock::now() < m_deadline);
+        return result;
+    }
 
     PageResult WaitForReply() {
         return WaitWhile(PageResult::kNotAnswered,
@@ -57,76 +117,6 @@ private:
     SharePageClient m_client;
     StopMessage m_stopMessage;
 };
-
-MaybeFailure FailureOf(PageResult result) {
-    if (result == PageResult::kDone) {
-        return std::nullopt;
-    }
-    return PageFailure(kExitPage, PageResultText(result));
-}
-
-MaybeFailure Exchange::Run(int file, const android::Parcel& request,
-                           std::vector<std::uint8_t>& reply) {
-    PageQueue turn(file);
-    if (MaybeFailure failure = AwaitTurn(turn)) {
-        return failure;
-    }
-    if (MaybeFailure failure = AwaitEarlierReply()) {
-        return failure;
-    }
-    if (MaybeFailure failure = FailureOf(m_stopMessage.Post(m_client, request))) {
-        return failure;
-    }
-    if (MaybeFailure failure = AwaitReply()) {
-        return failure;
-    }
-    return FailureOf(m_client.TakeReply(reply));
-}
-
-MaybeFailure Exchange::AwaitTurn(PageQueue& turn) {
-    const int error =
-        WaitWhile(EAGAIN, [&turn](Clock::time_point until) { return turn.Wait(until); });
-    if (error == 0) {
-        return std::nullopt;
-    }
-    return error == EAGAIN
-               ? PageFailure(kExitBusy, "others used it" + Within() + "; nothing was sent")
-               : PageFailure(kExitPage, std::strerror(error));
-}
-
-MaybeFailure Exchange::AwaitEarlierReply() {
-    SharePageHeader header = {};
-    PageResult result = m_client.Look(header);
-    const bool isWaiting =
-        (header.flags & kRequestPosted) != 0 && (header.flags & kReplyReady) == 0;
-    if (result == PageResult::kDone && isWaiting && !m_limits.force) {
-        result = WaitForReply();
-    }
-    if (result == PageResult::kNotAnswered) {
-        return PageFailure(kExitNoAnswer, "an earlier request in it is not answered either" +
-                                              Within() +
-                                              ": no service seems to run; nothing was sent");
-    }
-    return FailureOf(result);
-}
-
-MaybeFailure Exchange::AwaitReply() {
-    const PageResult result = WaitForReply();
-    if (result == PageResult::kNotAnswered) {
-        return PageFailure(kExitNoAnswer, "no answer" + Within() + "; the request stays there");
-    }
-    return FailureOf(result);
-}
-
-template <typename Result, typename Wait>
-Result Exchange::WaitWhile(Result pending, Wait wait) {
-    Result result = pending;
-    do {
-        result = wait(std::min(m_deadline, Clock::now() + kSignalStep));
-        m_stopped = EndingSignalIsPending();
-    } while (result == pending && !m_stopped && Clock::now() < m_deadline);
-    return result;
-}
 
 }  // namespace
 

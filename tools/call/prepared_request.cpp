@@ -11,10 +11,10 @@
 #include "format/printable.h"
 #include "tools/call/argument_check.h"
 #include "tools/catalogue_source.h"
+#include "tools/format_names.h"
 #include "tools/nearest.h"
 #include "tools/stdout_to_stderr.h"
 #include "tools/text.h"
-#include "tools/type_names.h"
 
 namespace {
 

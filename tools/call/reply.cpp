@@ -8,6 +8,7 @@
 #include "format/printable.h"
 #include "format/utf8.h"
 #include "printer/printer.h"
+#include "tools/format_names.h"
 #include "tools/text.h"
 
 namespace {
@@ -80,15 +81,15 @@ std::optional<Failure> ReadReply(const KoFileParse::KoCmdInfo& cmd, Reply& reply
 }
 
 std::vector<std::string> ValueNames(const KoFileParse::KoCmdInfo& cmd) {
+    const std::vector<std::string> labels = Labels(cmd);
     std::vector<std::string> names;
     std::set<std::string> used;
-    auto tag = cmd.m_printTags.begin();
-    for (std::size_t i = 0; i < cmd.m_strPrintFmt.size(); ++i) {
-        const std::string label = tag != cmd.m_printTags.end() ? ValidUtf8(*tag++) : std::string();
-        const std::string base = label.empty() ? "value" + std::to_string(i + 1) : label;
+    for (std::size_t i = 0; i < labels.size(); ++i) {
         if (IsWithoutValue(cmd.m_strPrintFmt[i])) {
             continue;
         }
+        const std::string base =
+            labels[i].empty() ? "value" + std::to_string(i + 1) : ValidUtf8(labels[i]);
         std::string name = base;
         for (int number = 2; !used.insert(name).second; ++number) {
             name = base + "_" + std::to_string(number);

@@ -64,7 +64,7 @@ struct CheckedFile {
     explicit CheckedFile(const std::string& path) : findings(path) {}
 
     FindingList findings;
-    LoadResult result;
+    LoadResult result = {LoadFault::kNone, 0};
     std::vector<KeyRow> head;  // rows before the first block, empty ones excepted
     std::deque<Block> blocks;  // in the order of the file; their addresses last
 };

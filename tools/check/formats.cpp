@@ -11,16 +11,11 @@
 
 namespace {
 
-constexpr std::size_t LargestValue() {
-    std::size_t largest = 0;
-    for (const FormatLetter& row : kFormatLetters) {
-        largest = std::max(largest, row.leastSize);
-    }
-    return largest;
-}
-
-static_assert(sizeof(std::int32_t) + kConfigTextSize * LargestValue() <= kDataCapacity,
-              "the shortest record of every print format fits the page behind the status");
+constexpr const FormatLetter* kLargest =
+    std::max_element(std::begin(kFormatLetters), std::end(kFormatLetters),
+                     [](const auto& a, const auto& b) { return a.leastSize < b.leastSize; });
+static_assert(sizeof(std::int32_t) + kConfigTextSize * kLargest->leastSize <= kDataCapacity,
+              "the shortest record of every print format fits the page after the status");
 
 // "d int32, ...".
 std::string LettersText() {

@@ -31,8 +31,9 @@ std::vector<std::string> FittingLines(Rows rows, std::size_t width) {
 
 }  // namespace
 
-void WatchScreen::Enter() {
+void WatchScreen::Enter() const {
     std::fputs("\x1b[?1049h\x1b[?25l\x1b[?7l", stdout);
+    Draw();
 }
 
 void WatchScreen::Leave() {

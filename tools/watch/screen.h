@@ -29,8 +29,8 @@ public:
     WatchScreen(std::string title, std::vector<std::string> names)
         : m_title(std::move(title)), m_names(std::move(names)) {}
 
-    // To the second screen, and back.
-    static void Enter();
+    // To the second screen, where it draws, and back.
+    void Enter() const;
     static void Leave();
 
     void Add(const Sample& sample);

@@ -22,52 +22,6 @@ Sample TakeSample(const PreparedRequest& prepared, std::chrono::milliseconds tim
     return sample;
 }
 
-// Hands a sample to `show` at every interval until the command line's count is reached, output
-// fails, or `onSignal` is false for a signal that the timer returned.
-template <typename Show, typename OnSignal>
-void TakeSamples(const CommandLine& line, const PreparedRequest& prepared, IntervalTimer& timer,
-                 Show show, OnSignal onSignal) {
-    for (std::size_t left = line.count; left != 0; --left) {
-        show(TakeSample(prepared, line.timeout));
-        if (std::fflush(stdout) != 0 || !WriteOutput("") || left == 1) {
-            return;
-        }
-        for (int signal = timer.Wait(); signal != 0; signal = timer.Wait()) {
-            if (!onSignal(signal)) {
-                return;
-            }
-        }
-    }
-}
-
-// A stopped watch leaves the screen to others.
-void WatchOnScreen(const CommandLine& line, const PreparedRequest& prepared) {
-    IntervalTimer timer(line.interval, {SIGWINCH, SIGTSTP});
-    WatchScreen screen(Printable(line.words[0] + " " + line.words[1]), ValueNames(*prepared.cmd));
-    WatchScreen::Enter();
-    screen.Draw();
-    const auto show = [&screen](const Sample& sample) {
-        screen.Add(sample);
-        screen.Draw();
-    };
-    const auto onSignal = [&screen](int signal) {
-        if (signal == SIGTSTP) {
-            WatchScreen::Leave();
-            std::raise(SIGSTOP);
-            WatchScreen::Enter();
-        } else if (signal != SIGWINCH) {
-            return false;
-        }
-        screen.Draw();
-        return true;
-    };
-    TakeSamples(line, prepared, timer, show, onSignal);
-    WatchScreen::Leave();
-    for (const std::string& text : screen.Lines(kSummaryWidth)) {
-        PrintLine(text);
-    }
-}
-
 void PrintJson(const KoFileParse::KoCmdInfo& cmd, const Sample& sample, JsonInt64 int64) {
     Report report("sample", sample.time);
     if (sample.failure) {
@@ -82,7 +36,8 @@ void PrintJson(const KoFileParse::KoCmdInfo& cmd, const Sample& sample, JsonInt6
 void PrintCsv(std::size_t values, const Sample& sample) {
     const std::string time = IsoTime(sample.time);
     if (sample.reply.records.empty()) {
-        PrintLine(CsvRow({time, "", sample.failure ? sample.failure->reason : ""}, Cells(values)));
+        const std::string error = sample.failure ? sample.failure->reason : "";
+        PrintLine(CsvRow({time, "", error}, Cells(values)));
     }
     std::size_t number = 0;
     for (const ReplyRecord& record : sample.reply.records) {
@@ -94,20 +49,20 @@ void PrintCsv(std::size_t values, const Sample& sample) {
     }
 }
 
-void WatchAsLines(const CommandLine& line, const PreparedRequest& prepared) {
-    IntervalTimer timer(line.interval);
-    const Cells names = ValueNames(*prepared.cmd);
-    if (!line.json) {
-        PrintLine(CsvRow({"time", "record", "error"}, names));
-    }
-    const auto show = [&](const Sample& sample) {
-        if (line.json) {
-            PrintJson(*prepared.cmd, sample, *line.json);
+// False if the watch is to end. A stopped one leaves the screen to others.
+bool AwaitNext(IntervalTimer& timer, const WatchScreen& screen) {
+    for (int signal = timer.Wait(); signal != 0; signal = timer.Wait()) {
+        if (signal == SIGTSTP) {
+            WatchScreen::Leave();
+            std::raise(SIGSTOP);
+            screen.Enter();
+        } else if (signal != SIGWINCH) {
+            return false;
         } else {
-            PrintCsv(names.size(), sample);
+            screen.Draw();
         }
-    };
-    TakeSamples(line, prepared, timer, show, [](int) { return false; });
+    }
+    return true;
 }
 
 }  // namespace
@@ -117,7 +72,36 @@ int RunWatch(const CommandLine& line) {
     if (!Prepare(line, prepared)) {
         return kExitNotSent;
     }
+    const Cells names = ValueNames(*prepared.cmd);
     const bool onScreen = OutputIsTerminal() && !line.csv && !line.json;
-    (onScreen ? WatchOnScreen : WatchAsLines)(line, prepared);
+    IntervalTimer timer(line.interval,
+                        onScreen ? std::vector{SIGWINCH, SIGTSTP} : std::vector<int>());
+    WatchScreen screen(Printable(line.words[0] + " " + line.words[1]), names);
+    if (onScreen) {
+        screen.Enter();
+    } else if (!line.json) {
+        PrintLine(CsvRow({"time", "record", "error"}, names));
+    }
+    for (std::size_t left = line.count; left != 0; --left) {
+        const Sample sample = TakeSample(prepared, line.timeout);
+        if (onScreen) {
+            screen.Add(sample);
+            screen.Draw();
+        } else if (line.json) {
+            PrintJson(*prepared.cmd, sample, *line.json);
+        } else {
+            PrintCsv(names.size(), sample);
+        }
+        if (std::fflush(stdout) != 0 || !WriteOutput("") || left == 1 ||
+            !AwaitNext(timer, screen)) {
+            break;
+        }
+    }
+    if (onScreen) {
+        WatchScreen::Leave();
+        for (const std::string& text : screen.Lines(kSummaryWidth)) {
+            PrintLine(text);
+        }
+    }
     return OutputStatus();
 }

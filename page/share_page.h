@@ -60,17 +60,22 @@ inline void StoreHeader(SharePage& page, std::uint8_t flags, std::size_t length)
 // The kernel releases them however the holder ends.
 enum class PageLockByte : int { kClient = 0, kService = 1 };
 
-enum class PageLockMode { kTry, kWait, kRelease };
+enum class PageLockMode { kTry, kWait, kRelease, kQuery };
 
-// Takes or releases a lock through a descriptor of the page file. Returns 0 or an error number:
-// EAGAIN while somebody else holds it, EINTR if a signal handler ended the wait, any other if the
-// kernel, the file system or a policy gives no such locks.
+// Takes or releases a lock through a descriptor of the page file, or only finds out whether it
+// could be taken. Returns 0 or an error number: EAGAIN while somebody else holds it, EINTR if a
+// signal handler ended the wait, any other if the kernel, the file system or a policy gives no such
+// locks.
 inline int LockPage(int file, PageLockByte byte, PageLockMode mode) {
     struct flock range = {};
     range.l_type = mode == PageLockMode::kRelease ? F_UNLCK : F_WRLCK;
     range.l_whence = SEEK_SET;
     range.l_start = static_cast<int>(byte);
     range.l_len = 1;
+    const bool isQuery = mode == PageLockMode::kQuery;
     const int command = mode == PageLockMode::kWait ? F_OFD_SETLKW : F_OFD_SETLK;
-    return fcntl(file, command, &range) == 0 ? 0 : errno;
+    if (fcntl(file, isQuery ? F_OFD_GETLK : command, &range) != 0) {
+        return errno;
+    }
+    return isQuery && range.l_type != F_UNLCK ? EAGAIN : 0;
 }

@@ -20,10 +20,10 @@ inline constexpr const char* kExitStatusTexts[] = {
     "errors in a checked catalogue, or the result could not be printed",
     "wrong command line",
     "no such catalogue, module or command, or a refused argument or format",
-    "no answer in time",
+    "sent, but no reply in time",
     "the service refused",
-    "the page cannot be used, or the reply does not fit it or its format",
-    "others used the page all the time: nothing was sent",
+    "the page is unusable, or the reply is too long or not in its format",
+    "the page stayed in use: nothing was sent",
 };
 static_assert(std::size(kExitStatusTexts) == kExitBusy + 1, "every status has its text");
 

@@ -42,11 +42,11 @@ TERMINAL = [
     ("check --catalogue \x1b\x9b", "\\x1b\\x9b/mods.conf:1: error"),
 ]
 UNANSWERED = [
-    # flags of the page, options, whether the request is sent
-    (0, [], True),
-    (POSTED, [], False),
-    (POSTED, ["--force"], True),
-    (POSTED | READY, [], True),
+    # flags of the page, options, exit status
+    (0, [], 4),
+    (POSTED, [], 7),
+    (POSTED, ["--force"], 4),
+    (POSTED | READY, [], 4),
 ]
 
 
@@ -76,14 +76,22 @@ def test_on_a_terminal(played_service, words, shown):
     terminal.expect_exact(shown)
 
 
-@pytest.mark.parametrize("flags, options, sent", UNANSWERED)
-def test_unanswered(example_catalogue, played_service, flags, options, sent):
+@pytest.mark.parametrize("flags, options, status", UNANSWERED)
+def test_no_service(example_catalogue, played_service, flags, options, status):
     write_page(flags, b"earlier")
     result = tool("call", "--timeout", 30, *options, "tun", "lock")
-    assert result.status == 4
-    assert ("nothing was sent" in result.messages) != sent
+    assert result.status == status
+    assert "no reply within 30 ms, and no service has the page" in result.messages
     request = bytes([POSTED, 0, 0, 0]) + int32(4, 0x101)
-    assert (played_service.page[: len(request)] == request) == sent
+    assert (played_service.page[: len(request)] == request) == (status == 4)
+
+
+def test_slow_service(example_catalogue, stand_in):
+    stand_in("--delay", 60000)
+    for status, fate in (4, "the request stays in it"), (7, "nothing was sent"):
+        result = tool("call", "--timeout", 30, "tun", "lock")
+        assert result.status == status
+        assert f"though a service has the page; {fate}" in result.messages
 
 
 def test_page_that_cannot_be_used(example_catalogue):

@@ -99,4 +99,4 @@ def test_end(played_service, number):
     watch = Program("ko_cmd_tool", "watch", "--json", "tun", "lnb")
     played_service.request(watch)
     assert watch.end(number) == 0
-    assert "no answer until the end" in json.loads(watch.shown())["error"]
+    assert "no reply until stopped" in json.loads(watch.shown())["error"]

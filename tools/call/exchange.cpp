@@ -33,11 +33,12 @@ MaybeFailure FailureOf(PageResult result) {
 // One exchange on a mapped page, step by step.
 class Exchange {
 public:
-    Exchange(const ExchangeLimits& limits, SharePage* page)
-        : m_limits(limits), m_client(page, kPollStep), m_stopMessage(page) {}
+    // Borrows the page and its file.
+    Exchange(const ExchangeLimits& limits, SharePage* page, int file)
+        : m_limits(limits), m_file(file), m_client(page, kPollStep), m_stopMessage(page) {}
 
-    MaybeFailure Run(int file, const android::Parcel& request, std::vector<std::uint8_t>& reply) {
-        PageQueue turn(file);
+    MaybeFailure Run(const android::Parcel& request, std::vector<std::uint8_t>& reply) {
+        PageQueue turn(m_file);
         if (MaybeFailure failure = AwaitTurn(turn)) {
             return failure;
         }
@@ -60,9 +61,8 @@ private:
         if (error == 0) {
             return std::nullopt;
         }
-        return error == EAGAIN
-                   ? PageFailure(kExitBusy, "others used it" + Within() + "; nothing was sent")
-                   : PageFailure(kExitPage, std::strerror(error));
+        return error == EAGAIN ? PageFailure(kExitBusy, "no turn" + Within() + "; nothing was sent")
+                               : PageFailure(kExitPage, std::strerror(error));
     }
 
     MaybeFailure AwaitEarlierReply() {
@@ -74,9 +74,8 @@ private:
             result = WaitForReply();
         }
         if (result == PageResult::kNotAnswered) {
-            return PageFailure(kExitNoAnswer, "an earlier request in it is not answered either" +
-                                                  Within() +
-                                                  ": no service seems to run; nothing was sent");
+            return PageFailure(kExitBusy,
+                               "an earlier request got " + NoReply() + "; nothing was sent");
         }
         return FailureOf(result);
     }
@@ -84,7 +83,7 @@ private:
     MaybeFailure AwaitReply() {
         const PageResult result = WaitForReply();
         if (result == PageResult::kNotAnswered) {
-            return PageFailure(kExitNoAnswer, "no answer" + Within() + "; the request stays there");
+            return PageFailure(kExitNoAnswer, NoReply() + "; the request stays in it");
         }
         return FailureOf(result);
     }
@@ -107,11 +106,25 @@ private:
     }
 
     std::string Within() const {
-        return m_stopped ? " until the end"
+        return m_stopped ? " until stopped"
                          : " within " + std::to_string(m_limits.timeout.count()) + " ms";
     }
 
+    // That no reply came, and whether a service has the page.
+    std::string NoReply() const {
+        const std::string text = "no reply" + Within();
+        switch (LockPage(m_file, PageLockByte::kService, PageLockMode::kQuery)) {
+            case 0:
+                return text + ", and no service has the page";
+            case EAGAIN:
+                return text + ", though a service has the page";
+            default:
+                return text;
+        }
+    }
+
     const ExchangeLimits& m_limits;
+    const int m_file;
     const Clock::time_point m_deadline = Clock::now() + m_limits.timeout;
     bool m_stopped = false;  // by a signal
     SharePageClient m_client;
@@ -127,7 +140,7 @@ std::optional<Failure> RunExchange(const android::Parcel& request, const Exchang
     if (page.Get() == nullptr) {
         return PageFailure(kExitPage, std::strerror(errno));
     }
-    return Exchange(limits, page.Get()).Run(file.Get(), request, reply);
+    return Exchange(limits, page.Get(), file.Get()).Run(request, reply);
 }
 
 Failure PageFailure(ExitStatus status, const std::string& reason) {

@@ -15,8 +15,8 @@ struct ExchangeLimits {
 
 // One exchange with the service: maps the page, waits for the turn, posts the request and takes the
 // reply, all within the timeout. Waits for the reply to a request that somebody left unanswered,
-// and drops it, unless forced. Returns nullopt with the reply; or kExitBusy, kExitNoAnswer or
-// kExitPage.
+// and drops it, unless forced. Returns nullopt with the reply; kExitBusy if nothing was sent
+// because the page was not free in time; kExitNoAnswer; or kExitPage.
 //
 // SIGINT, SIGTERM or SIGHUP end the process after a message that says what becomes of the request;
 // if they are blocked, they end the wait. One at a time, on the main thread.

@@ -7,7 +7,7 @@ import shlex
 import subprocess
 
 import pytest
-from programs import SOURCE, Console, command_line, typed_at_once
+from programs import PATIENCE, SOURCE, Console, command_line, typed_at_once
 
 
 def blocks(document, kind):
@@ -22,8 +22,8 @@ def carried_out(block):
     """What a terminal shows when the commands after "$ " are typed."""
     shown = ""
     for command in re.findall(r"^\$ (.*)", block, re.MULTILINE):
-        printed = subprocess.getoutput(command)
-        shown += f"$ {command}\n" + (f"{printed}\n" if printed else "")
+        shell = ["timeout", str(PATIENCE), "sh", "-c", f"exec 2>&1; {command}"]
+        shown += f"$ {command}\n" + subprocess.run(shell, stdout=subprocess.PIPE, text=True).stdout
     return shown
 
 

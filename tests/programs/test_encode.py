@@ -27,7 +27,6 @@ header  01 00 00 00 2c 00 00 00
 ACCEPTED = [
     # module, command and arguments; what is shown
     (["lamp", "all", -(2**31), 2**63 - 1, 12.5, ".1", "hä😀"], REQUEST),
-    (["lamp", "bare"], "0x901 instruction\nheader  01 00 00 00 04 00 00 00"),
     (["lamp", "two", "0x10", 1], "10 00 00 00              int32  16"),
     (["lamp", "all", 0, 0, "0.0e5", 0, "x"], "00 00 00 00              float   0"),
     (["lamp", "wide", 7], "int32  7\nheader  01 00 00 00 08 00 00 00"),

@@ -1,33 +1,22 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
 #include <sstream>
 
 #include "console/ko_cmd_debug.h"
 #include "page/page_mapping.h"
 #include "tests/fuzz/fuzz_input.h"
+#include "tests/support/test_root.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-
-// The console reads its catalogue below the working directory.
 bool Load(KoCmdDebug& console) {
-    const fs::path before = fs::current_path();
-    std::string folder = fs::temp_directory_path() / "ko_fuzz.XXXXXX";
-    fs::current_path(mkdtemp(folder.data()));
-    fs::create_directories("root/vendor/etc/atv/dbg");
-    std::ofstream("root/vendor/etc/atv/dbg/mods.conf")
-        << "[m]\ncommand=m\ninstruction=1\n[n]\ncommand=n n\ninstruction=2\n";
-    std::ofstream("root/vendor/etc/atv/dbg/cmds.conf")
-        << "[all]\nbelong module=m\ncommand=a\npara format=dDfFsS\n"
-           "[bad]\nbelong module=m\ncommand=b\npara format=dx\n[m]\nbelong module=n\ncommand=m\n";
-    const bool loaded = console.LoadConfig() == 0;
-    fs::current_path(before);
-    fs::remove_all(folder);
-    return loaded;
+    const TestRoot root;
+    root.WriteCatalogue(
+        "[m]\ncommand=m\ninstruction=1\n[n]\ncommand=n n\ninstruction=2\n",
+        "[all]\nbelong module=m\ncommand=a\npara format=dDfFsS\n"
+        "[bad]\nbelong module=m\ncommand=b\npara format=dx\n[m]\nbelong module=n\ncommand=m\n");
+    return console.LoadConfig() == 0;
 }
 
 }  // namespace

@@ -9,7 +9,6 @@
 #include "platform/ko_log.h"
 
 // The console's messages would bury the fuzzer's, and its log entries the machine's.
-extern "C" int LLVMFuzzerInitialize(int*, char***);
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
     return std::freopen("/dev/null", "w", stdout) == nullptr ? 1 : 0;
 }

@@ -7,6 +7,9 @@
 
 #include "platform/unique_fd.h"
 
+extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv);
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
 // Cuts an input into `count` parts at its first bytes 0xFF, which no text of the console's holds;
 // parts that are missing are empty.
 std::vector<std::string> SplitInput(const std::uint8_t* data, std::size_t size, std::size_t count);

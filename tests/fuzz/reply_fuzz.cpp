@@ -1,34 +1,27 @@
 #include <nlohmann/json.hpp>
 
+#include "printer/printer.h"
 #include "tests/fuzz/fuzz_input.h"
 #include "tools/call/reply.h"
 
-namespace {
-
-KoFileParse::KoCmdInfo Command(const std::string& format, const std::string& tags) {
-    KoFileParse::KoCmdInfo cmd;
-    // An unknown letter is refused before anything is sent.
-    for (const char letter : format) {
-        cmd.m_strPrintFmt += std::string_view("dDfFsS").find(letter) != std::string_view::npos
-                                 ? std::string(1, letter)
-                                 : "";
-    }
-    for (std::size_t start = 0; start < tags.size();) {
-        const std::size_t comma = std::min(tags.find(',', start), tags.size());
-        cmd.m_printTags.push_back(tags.substr(start, comma - start));
-        start = comma + 1;
-    }
-    return cmd;
-}
-
-}  // namespace
-
-// Parts: print format, tags (split at commas), values. Whatever is taken for records is printed as
-// JSON, an object with as many members as there are values.
+// Parts: print format, tags as in a catalogue, values after the status. The console prints whatever
+// comes; what the tool takes for records is JSON too, an object with a member for each value.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto parts = SplitInput(data, size, 3);
-    const auto cmd = Command(parts[0], parts[1]);
-    const std::string bytes = std::string(sizeof(std::int32_t), '\0') + parts[2];  // after a status
+    KoFileParse::KoCmdInfo cmd;
+    cmd.m_strPrintFmt = parts[0].c_str();
+    cmd.m_printTags = KoFileParse::GetPrintTags("=" + parts[1]);
+    android::Parcel values;
+    values.setData(reinterpret_cast<const std::uint8_t*>(parts[2].data()), parts[2].size());
+    Printer printer(values);
+    printer.Fmt(cmd.m_strPrintFmt.c_str(), cmd.m_printTags);
+    printer.Flush();
+
+    // The tool does not send a command with an unknown letter.
+    if (cmd.m_strPrintFmt.find_first_not_of("dDfFsS") != std::string::npos) {
+        return 0;
+    }
+    const std::string bytes = std::string(sizeof(std::int32_t), '\0') + parts[2];
     Reply reply = {{bytes.begin(), bytes.end()}, {}};
     for (const bool terminal : {false, true}) {
         PrintLabelled(cmd, reply, terminal);

@@ -22,6 +22,13 @@ public:
     TestRoot(const TestRoot&) = delete;
     TestRoot& operator=(const TestRoot&) = delete;
 
+    // Writes the modules and the commands file where the console finds them.
+    void WriteCatalogue(const std::string& modules, const std::string& commands) const {
+        std::filesystem::create_directories("root/vendor/etc/atv/dbg");
+        Write("root/vendor/etc/atv/dbg/mods.conf", modules);
+        Write("root/vendor/etc/atv/dbg/cmds.conf", commands);
+    }
+
     // Writes a file into the directory. Returns its path.
     std::string Write(const std::string& name, const std::string& text) const {
         std::ofstream(m_folder / name, std::ios::binary) << text;

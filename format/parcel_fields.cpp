@@ -21,20 +21,24 @@ struct ReadFrom {
     void operator()(android::String16& value) const { value = parcel.readString16(); }
 };
 
-// Whether a read that moved so far found a whole value. A failed read leaves the position where it
-// was, that of a string perhaps after the count; only the bytes tell a text without its zero unit
-// from an empty one.
-bool WasRead(char letter, const std::uint8_t* bytes, std::size_t moved) {
-    if (moved < FindFormatLetter(letter)->leastSize) {
-        return false;
-    }
-    if (letter != 's') {
-        return true;
-    }
+// `left` is the number of bytes from the string's count on. A failed read of a string would look
+// like an empty one.
+std::string StringFault(const std::uint8_t* bytes, std::size_t left) {
     std::int32_t units = 0;
     std::memcpy(&units, bytes, sizeof(units));
-    const std::uint8_t* end = bytes + sizeof(units) + static_cast<std::size_t>(units) * 2;
-    return end[0] == 0 && end[1] == 0;
+    const std::string count = std::to_string(units) + " units";
+    if (units < 0) {
+        return "a count of " + count;
+    }
+    left -= sizeof(units);
+    // The units and a zero one, padded to a multiple of 4.
+    const std::uint64_t needed = (std::uint64_t{2} * static_cast<std::uint32_t>(units) + 5) / 4 * 4;
+    if (needed > left) {
+        return count + " need " + std::to_string(needed) + " bytes, " + std::to_string(left) +
+               " are left";
+    }
+    const std::uint8_t* end = bytes + sizeof(units) + 2 * static_cast<std::size_t>(units);
+    return end[0] == 0 && end[1] == 0 ? "" : "no zero after " + count;
 }
 
 struct TextOf {
@@ -95,11 +99,24 @@ FieldValue ZeroOf(char letter) {
     }
 }
 
+std::string FieldFault(const android::Parcel& parcel, char letter) {
+    const FormatLetter* row = FindFormatLetter(letter);
+    if (row == nullptr) {
+        return "unknown letter";
+    }
+    const std::size_t left = parcel.dataAvail();
+    const std::size_t needed = letter == 's' ? sizeof(std::int32_t) : row->leastSize;
+    if (left < needed) {
+        return std::to_string(needed) + " bytes needed, " + std::to_string(left) + " are left";
+    }
+    return letter == 's' ? StringFault(parcel.data() + parcel.dataSize() - left, left) : "";
+}
+
 std::optional<std::vector<ParcelField>> ReadFields(const android::Parcel& parcel,
                                                    const std::string& format) {
     std::vector<ParcelField> fields;
     for (const char letter : format) {
-        if (FindFormatLetter(letter) == nullptr) {
+        if (!FieldFault(parcel, letter).empty()) {
             return std::nullopt;
         }
         if (IsWithoutValue(letter)) {
@@ -108,12 +125,8 @@ std::optional<std::vector<ParcelField>> ReadFields(const android::Parcel& parcel
         const std::size_t before = parcel.dataAvail();
         FieldValue value = ZeroOf(letter);
         std::visit(ReadFrom{parcel}, value);
-        const std::size_t moved = before - parcel.dataAvail();
-        const std::size_t offset = parcel.dataSize() - before;
-        if (!WasRead(letter, parcel.data() + offset, moved)) {
-            return std::nullopt;
-        }
-        fields.push_back({letter, offset, moved, std::move(value)});
+        fields.push_back(
+            {letter, parcel.dataSize() - before, before - parcel.dataAvail(), std::move(value)});
     }
     return fields;
 }

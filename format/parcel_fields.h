@@ -24,8 +24,12 @@ struct ParcelField {
 // The zero, or empty text, of the letter's type. For every letter that has a value.
 FieldValue ZeroOf(char letter);
 
-// Reads one field for each letter from the parcel's position on; `S` has none. Nothing when a
-// letter is unknown or a value is missing, incomplete, or not what its letter says.
+// Why no value of the letter is at the parcel's position, such as "4 bytes needed, 2 are left";
+// empty if one is, or if the letter has none.
+std::string FieldFault(const android::Parcel& parcel, char letter);
+
+// Reads one field for each letter from the parcel's position on; `S` has none. Returns nullopt at
+// the first letter with a fault, and leaves the position there.
 std::optional<std::vector<ParcelField>> ReadFields(const android::Parcel& parcel,
                                                    const std::string& format);
 

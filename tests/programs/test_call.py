@@ -28,9 +28,18 @@ REPLIES = [
     ("ddd", "\udcff,\udcfe", int32(0, 1, 2, 3), 0, '{"�":1,"�_2":2,"value3":3}\n'),
     ("d", "a", b"ab", 6, "too short for a status: 61 62"),
     ("d", "a", int32(-2), 5, "status -2 (0xfffffffe)"),
-    ("", "", int32(0, 0), 6, 'print format "": 00 00 00 00 00 00 00 00'),
-    ("df", "a,b", int32(0, 1, 2) + b"ab", 6, 'records of the print format "df"'),
-    ("s", "a", int32(0, 1) + b"abcd", 6, 'records of the print format "s"'),
+    ("S", "", int32(0, 0), 6, 'print format "S": 4 bytes after the status; bytes: 00 00 00 00 00 '),
+    ("d", "a", int32(0, 1) + b"ab", 6, "value 1 of record 2 (int32) at byte 8: 4 bytes needed, 2 "),
+    ("s", "a", int32(0, -1), 6, ": a count of -1 units"),
+    (
+        "ds",
+        "a,b",
+        int32(0, 7, 4, 0, 0),
+        6,
+        "value 2 of record 1 (string) at byte 8: 4 units need 12",
+    ),
+    ("s", "a", int32(0, 2**31 - 1), 6, ": 2147483647 units need 4294967296 bytes, 0 are left"),
+    ("s", "a", int32(0, 1) + b"abcd", 6, ": no zero after 1 units"),
 ]
 TERMINAL = [
     # words, what a terminal is not to obey

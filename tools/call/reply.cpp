@@ -1,5 +1,6 @@
 #include "tools/call/reply.h"
 
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <utility>
@@ -15,18 +16,27 @@ namespace {
 
 constexpr char kZero[] = "\\u0000";
 
-// Reads records up to the end of the reply. False if there is anything else.
-bool ReadRecords(const android::Parcel& reply, const std::string& format,
-                 std::vector<ReplyRecord>& records) {
+// Reads records up to the end of the reply. Returns why one is not whole; empty if all are.
+std::string ReadRecords(const android::Parcel& reply, const std::string& format,
+                        std::vector<ReplyRecord>& records) {
     while (reply.dataAvail() != 0) {
-        const std::size_t before = reply.dataAvail();
-        auto record = ReadFields(reply, format);
-        if (!record || reply.dataAvail() == before) {
-            return false;
+        ReplyRecord& record = records.emplace_back();
+        for (std::size_t i = 0; i < format.size(); ++i) {
+            auto fields = ReadFields(reply, {format[i]});
+            if (!fields) {
+                return FormatText(
+                    "value {} of record {} ({}) at byte {}: {}",
+                    {std::to_string(i + 1), std::to_string(records.size()), TypeNames(format)[i],
+                     std::to_string(reply.dataSize() - reply.dataAvail()),
+                     FieldFault(reply, format[i])});
+            }
+            std::move(fields->begin(), fields->end(), std::back_inserter(record));
         }
-        records.push_back(std::move(*record));
+        if (record.empty()) {
+            return FormatText("{} bytes after the status", {std::to_string(reply.dataAvail())});
+        }
     }
-    return true;
+    return "";
 }
 
 void CopyShown(const FieldValue& value, bool terminal, android::Parcel& shown) {
@@ -70,14 +80,15 @@ std::optional<Failure> ReadReply(const KoFileParse::KoCmdInfo& cmd, Reply& reply
         return Failure{kExitRefused, FormatText("the service refused: status {} ({})",
                                                 {std::to_string(status), Hex(status)})};
     }
-    if (!ReadRecords(parcel, cmd.m_strPrintFmt, reply.records)) {
-        reply.records.clear();
-        return Failure{kExitPage,
-                       FormatText("the reply is no whole number of records of the print format "
-                                  "{}: {}",
-                                  {Quoted(cmd.m_strPrintFmt), bytes()})};
+    const std::string fault = ReadRecords(parcel, cmd.m_strPrintFmt, reply.records);
+    if (fault.empty()) {
+        return std::nullopt;
     }
-    return std::nullopt;
+    reply.records.clear();
+    return Failure{
+        kExitPage,
+        FormatText("the reply is not whole records of the print format {}: {}; bytes: {}",
+                   {Quoted(cmd.m_strPrintFmt), fault, bytes()})};
 }
 
 std::vector<std::string> ValueNames(const KoFileParse::KoCmdInfo& cmd) {

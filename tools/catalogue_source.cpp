@@ -20,12 +20,13 @@ std::string FindFile(const std::optional<std::string>& folder, const char* name)
     return found != nullptr ? found : KO_DEVICE_ROOT "/vendor/etc/" + relative;
 }
 
-bool LoadFile(const std::string& path, const std::function<int(KoFile* reader)>& readBlocks) {
+std::optional<Failure> LoadFile(const std::string& path,
+                                const std::function<int(KoFile* reader)>& readBlocks) {
     const LoadResult result = LoadCatalogueFile(path, readBlocks);
-    if (result.fault != LoadFault::kNone) {
-        Complain(path + ": " + FaultText(result));
+    if (result.fault == LoadFault::kNone) {
+        return std::nullopt;
     }
-    return result.fault == LoadFault::kNone;
+    return Failure{kExitNotSent, path + ": " + FaultText(result)};
 }
 
 }  // namespace
@@ -34,11 +35,13 @@ CataloguePaths FindCatalogue(const std::optional<std::string>& folder) {
     return {FindFile(folder, "mods.conf"), FindFile(folder, "cmds.conf")};
 }
 
-bool LoadCatalogue(const CataloguePaths& paths, KoFileParse& catalogue) {
+std::optional<Failure> LoadCatalogue(const CataloguePaths& paths, KoFileParse& catalogue) {
     const StdoutToStderr redirect;
-    return LoadFile(paths.modules,
-                    [&](KoFile* reader) { return catalogue.ParseModulePtr(reader); }) &&
-           LoadFile(paths.commands, [&](KoFile* reader) { return catalogue.ParseCmdPtr(reader); });
+    auto failure =
+        LoadFile(paths.modules, [&](KoFile* reader) { return catalogue.ParseModulePtr(reader); });
+    return failure ? failure : LoadFile(paths.commands, [&](KoFile* reader) {
+        return catalogue.ParseCmdPtr(reader);
+    });
 }
 
 std::string FaultText(const LoadResult& result) {

@@ -5,6 +5,7 @@
 
 #include "catalogue/catalogue_file.h"
 #include "catalogue/ko_file_parse.h"
+#include "tools/failure.h"
 
 // Where the two files of a catalogue are.
 struct CataloguePaths {
@@ -16,9 +17,9 @@ struct CataloguePaths {
 // a missing file the place where the device's vendor would put it.
 CataloguePaths FindCatalogue(const std::optional<std::string>& folder);
 
-// Loads the catalogue as the console does, with the console's messages on standard error. False
-// after a message when a file cannot be loaded; `catalogue` then holds what was read before.
-bool LoadCatalogue(const CataloguePaths& paths, KoFileParse& catalogue);
+// Loads the catalogue as the console does, with the console's messages on standard error. Returns
+// nullopt; or kExitNotSent, and `catalogue` then holds what was read before.
+std::optional<Failure> LoadCatalogue(const CataloguePaths& paths, KoFileParse& catalogue);
 
 // The reason of a fault as people read it, such as "the file is empty".
 std::string FaultText(const LoadResult& result);

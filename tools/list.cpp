@@ -80,8 +80,8 @@ Json CommandJson(const ModuleInfo& module, const CmdInfo& cmd) {
 
 int RunList(const CommandLine& line) {
     KoFileParse catalogue;
-    if (!LoadCatalogue(FindCatalogue(line.catalogue), catalogue)) {
-        return kExitNotSent;
+    if (const auto failure = LoadCatalogue(FindCatalogue(line.catalogue), catalogue)) {
+        return Complain(*failure);
     }
     const char* gap = "";
     for (const auto& [name, module] : catalogue.AllModules()) {

@@ -58,8 +58,8 @@ std::string DidYouMean(const std::string& word, const std::string& otherwise) {
     return word.empty() ? otherwise : "did you mean " + Quoted(word) + "?";
 }
 
-void ComplainUnknown(const std::string& message, std::string_view text,
-                     const std::vector<std::string>& words) {
+std::string WithNearest(const std::string& message, std::string_view text,
+                        const std::vector<std::string>& words) {
     const std::string hint = DidYouMean(Nearest(text, words), "");
-    Complain(message + (hint.empty() ? "" : "; ") + hint);
+    return message + (hint.empty() ? "" : "; ") + hint;
 }

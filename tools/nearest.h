@@ -12,6 +12,6 @@ std::string Nearest(std::string_view text, const std::vector<std::string>& words
 // "did you mean \"fan\"?"; `otherwise` where the word is empty.
 std::string DidYouMean(const std::string& word, const std::string& otherwise);
 
-// Prints the message as Complain does, and behind it the word that is nearest to the text, if any.
-void ComplainUnknown(const std::string& message, std::string_view text,
-                     const std::vector<std::string>& words);
+// The message, and after it the word that is nearest to the text, if any.
+std::string WithNearest(const std::string& message, std::string_view text,
+                        const std::vector<std::string>& words);

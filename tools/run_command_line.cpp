@@ -19,7 +19,7 @@ const ToolCommand* FindCommand(ToolCommands commands, const std::string& name) {
         }
         names.push_back(command.name);
     }
-    ComplainUnknown(Quoted(name) + " is no command", name, names);
+    Complain(WithNearest("unknown command " + Quoted(name), name, names));
     return nullptr;
 }
 
@@ -31,7 +31,7 @@ void ComplainAboutOption(const ToolCommand* command, const std::string& word) {
         }
     }
     const std::string of = command != nullptr ? " of " + Quoted(command->name) : "";
-    ComplainUnknown(Quoted(word) + " is no option" + of, word, names);
+    Complain(WithNearest("unknown option " + Quoted(word) + of, word, names));
 }
 
 std::vector<option> LongOptions() {

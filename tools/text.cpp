@@ -100,3 +100,8 @@ void PrintLine(const std::string& line) {
 void Complain(const std::string& message) {
     std::fprintf(stderr, "ko_cmd_tool: %s\n", message.c_str());
 }
+
+int Complain(const Failure& failure) {
+    Complain(failure.reason);
+    return failure.status;
+}

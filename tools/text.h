@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "tools/failure.h"
+
 // The code points of a text in UTF-8: the columns that it takes, where none is wide.
 std::size_t Columns(std::string_view text);
 
@@ -42,3 +44,6 @@ void PrintLine(const std::string& line);
 
 // Prints one message line to standard error.
 void Complain(const std::string& message);
+
+// Prints the failure's reason so. Returns the exit status.
+int Complain(const Failure& failure);

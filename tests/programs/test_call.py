@@ -1,5 +1,6 @@
 """`call` sends one command to the service and prints the reply."""
 
+import json
 import struct
 from math import inf, nan
 
@@ -27,7 +28,7 @@ REPLIES = [
     ("ddSd", "x,x,,x_2", int32(0, 1, 2, 3), 0, '{"x":1,"x_2":2,"x_2_2":3}\n'),
     ("ddd", "\udcff,\udcfe", int32(0, 1, 2, 3), 0, '{"�":1,"�_2":2,"value3":3}\n'),
     ("d", "a", b"ab", 6, "too short for a status: 61 62"),
-    ("d", "a", int32(-2), 5, "status -2 (0xfffffffe)"),
+    ("d", "a", int32(-2), 5, 'the service refused: status -2 (0xfffffffe)","status":-2}\n'),
     ("S", "", int32(0, 0), 6, 'print format "S": 4 bytes after the status; bytes: 00 00 00 00 00 '),
     ("d", "a", int32(0, 1) + b"ab", 6, "value 1 of record 2 (int32) at byte 8: 4 bytes needed, 2 "),
     ("s", "a", int32(0, -1), 6, ": a count of -1 units"),
@@ -55,6 +56,14 @@ UNANSWERED = [
     (POSTED, ["--force"], 4),
     (POSTED | READY, [], 4),
 ]
+
+
+def failed_call(*words):
+    """The exit status and reason of a call that fails; with --json it says them in both streams."""
+    result = tool("call", "--json", *words)
+    reason = result.messages.removeprefix("ko_cmd_tool: ").removesuffix("\n")
+    assert json.loads(result.output) == {"exit_status": result.status, "reason": reason}
+    return result.status, reason
 
 
 def test_echoed_values(example_catalogue, stand_in):
@@ -86,9 +95,9 @@ def test_on_a_terminal(played_service, words, shown):
 @pytest.mark.parametrize("flags, options, status", UNANSWERED)
 def test_no_service(example_catalogue, played_service, flags, options, status):
     write_page(flags, b"earlier")
-    result = tool("call", "--timeout", 30, *options, "tun", "lock")
-    assert result.status == status
-    assert "no reply within 30 ms, and no service has the page" in result.messages
+    failed, reason = failed_call("--timeout", 30, *options, "tun", "lock")
+    assert failed == status
+    assert "no reply within 30 ms, and no service has the page" in reason
     request = bytes([POSTED, 0, 0, 0]) + int32(4, 0x101)
     assert (played_service.page[: len(request)] == request) == (status == 4)
 
@@ -96,14 +105,20 @@ def test_no_service(example_catalogue, played_service, flags, options, status):
 def test_slow_service(example_catalogue, stand_in):
     stand_in("--delay", 60000)
     for status, fate in (4, "the request stays in it"), (7, "nothing was sent"):
-        result = tool("call", "--timeout", 30, "tun", "lock")
-        assert result.status == status
-        assert f"though a service has the page; {fate}" in result.messages
+        failed, reason = failed_call("--timeout", 30, "tun", "lock")
+        assert failed == status
+        assert f"no reply within 30 ms, though a service has the page; {fate}" in reason
 
 
 def test_page_that_cannot_be_used(example_catalogue):
     for fault in ("No such file", "is empty"):
-        result = tool("call", "tun", "lock")
-        assert result.status == 6
-        assert fault in result.messages
+        status, reason = failed_call("tun", "lock")
+        assert status == 6
+        assert fault in reason
         PAGE.touch()
+
+
+def test_no_such_command(example_catalogue):
+    status, reason = failed_call("tun", "lok")
+    assert status == 3
+    assert reason.endswith('did you mean "lock"?')

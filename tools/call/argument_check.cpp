@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr char kNoNumber[] = "is no number of this type";
+constexpr char kNotValid[] = "is not valid";
 constexpr char kOutOfRange[] = "is out of range";
 
 // A number that its type can only hold as zero.
@@ -29,10 +29,10 @@ std::string NumberFault(Number number, const std::string& word) {
     const bool hexadecimal = std::is_same_v<Number, std::int32_t> && SetInt32Base(text, word);
     if (!TakeValue(text, number)) {
         // A number out of range reads as the nearest limit.
-        return number == Number{} ? kNoNumber : kOutOfRange;
+        return number == Number{} ? kNotValid : kOutOfRange;
     }
     if (text.tellg() != static_cast<std::streamoff>(word.size())) {
-        return kNoNumber;
+        return kNotValid;
     }
     return number == Number{} && !hexadecimal && IsTooSmall(word) ? kOutOfRange : "";
 }
@@ -43,10 +43,10 @@ std::string NumberFault(const android::String16&, const std::string&) {
 
 std::string TextFault(const std::string& word) {
     if (word.empty()) {
-        return "is empty, and no argument can be";
+        return "must not be empty";
     }
     if (word.find_first_of(" \t\n\v\f\r") != std::string::npos) {
-        return "holds a blank, and no argument can";
+        return "must not contain a blank";
     }
     return ValidUtf8(word) != word ? "is not UTF-8" : "";
 }
@@ -58,7 +58,7 @@ std::string Position(std::size_t index, char letter) {
 
 // For a word that looks like an option after the place where those end.
 std::string OptionHint(const std::string& word) {
-    return word.compare(0, 2, "--") == 0 ? "; options stand before MODULE" : "";
+    return word.compare(0, 2, "--") == 0 ? "; options go before MODULE" : "";
 }
 
 }  // namespace

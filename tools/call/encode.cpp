@@ -18,8 +18,8 @@ std::string ValueText(const ParcelField& field) {
 
 int RunEncode(const CommandLine& line) {
     PreparedRequest prepared;
-    if (!Prepare(line, prepared)) {
-        return kExitNotSent;
+    if (const auto failure = Prepare(line, prepared)) {
+        return Complain(*failure);
     }
     android::Parcel sent;
     sent.setData(prepared.bytes.data(), prepared.bytes.dataSize());

@@ -2,6 +2,7 @@
 
 #include <iterator>
 #include <sstream>
+#include <utility>
 #include <vector>
 
 #include "catalogue/word_search.h"
@@ -37,12 +38,13 @@ Words ModuleWords(const KoFileParse& catalogue) {
     return words;
 }
 
+// Returns null with a reason if the words name no command.
 const CmdInfo* FindCommand(const KoFileParse& catalogue, const std::string& module,
-                           const std::string& word) {
+                           const std::string& word, std::string& reason) {
     const std::string name = ModuleName(catalogue, module);
     const auto found = catalogue.AllModules().find(name);
     if (found == catalogue.AllModules().end()) {
-        ComplainUnknown("unknown module " + Quoted(module), module, ModuleWords(catalogue));
+        reason = WithNearest("unknown module " + Quoted(module), module, ModuleWords(catalogue));
         return nullptr;
     }
     const auto number = static_cast<unsigned int>(found->second.m_instruct);
@@ -50,23 +52,27 @@ const CmdInfo* FindCommand(const KoFileParse& catalogue, const std::string& modu
     const auto cmd = table.find(word);
     if (cmd == table.end()) {
         const auto words = catalogue.GetModHoldCmds(found->second.m_instruct);
-        ComplainUnknown("unknown command " + Quoted(word) + " of the module " + Quoted(name), word,
-                        {words.begin(), words.end()});
+        reason = WithNearest("unknown command " + Quoted(word) + " of the module " + Quoted(name),
+                             word, {words.begin(), words.end()});
         return nullptr;
     }
     return &cmd->second;
 }
 
-// False after a message.
-bool LettersAreKnown(const CmdInfo& cmd, const char* key, const std::string& format) {
-    for (const char letter : format) {
-        if (FindFormatLetter(letter) == nullptr) {
-            Complain(FormatText("the {} {} of {} has the unknown letter {}",
-                                {key, Quoted(format), Quoted(cmd.m_strCmd), Quoted({&letter, 1})}));
-            return false;
+// Why the encoder or the printer does not know the command's formats; empty if they do.
+std::string FormatFault(const CmdInfo& cmd) {
+    const std::pair<const char*, std::string> formats[] = {{"para format", cmd.m_strParaFmt},
+                                                           {"print format", cmd.m_strPrintFmt}};
+    for (const auto& [key, format] : formats) {
+        for (const char letter : format) {
+            if (FindFormatLetter(letter) == nullptr) {
+                return FormatText(
+                    "the {} {} of {} has the unknown letter {}",
+                    {key, Quoted(format), Quoted(cmd.m_strCmd), Quoted({&letter, 1})});
+            }
         }
     }
-    return true;
+    return "";
 }
 
 // The arguments as the prompt hands them to the encoder, except for the last blank.
@@ -78,53 +84,54 @@ std::string ArgumentText(const Words& words) {
     return text;
 }
 
-// False after a message and what the prompt shows then: the command, its arguments and description.
-bool ArgumentsFit(const CmdInfo& cmd, const Words& words) {
+// Why the words are not the command's arguments, and what the prompt shows then: the command, its
+// arguments and description. Empty if they are.
+std::string WordsFault(const CmdInfo& cmd, const Words& words) {
     const std::string letters = LettersWithValue(cmd.m_strParaFmt);
     const std::string fault = ArgumentsFault(letters, words);
     if (!fault.empty()) {
-        Complain(fault);
-        Complain(FormatText("{} takes {}: {}",
-                            {Quoted(cmd.m_strCmd),
-                             letters.empty() ? "no argument" : Joined(TypeNames(letters), ", "),
-                             Printable(cmd.m_strDescrip)}));
-        return false;
+        return FormatText("{}; {} takes {}: {}",
+                          {fault, Quoted(cmd.m_strCmd),
+                           letters.empty() ? "no argument" : Joined(TypeNames(letters), ", "),
+                           Printable(cmd.m_strDescrip)});
     }
     const std::size_t size = ArgumentText(words).size();
     if (size > kArgumentTextLimit) {
-        Complain(
-            FormatText("the arguments have {} characters with their blanks; the console takes {}",
-                       {std::to_string(size), std::to_string(kArgumentTextLimit)}));
-        return false;
+        return FormatText("the arguments have {} bytes with their blanks; the maximum is {}",
+                          {std::to_string(size), std::to_string(kArgumentTextLimit)});
     }
-    return true;
+    return "";
 }
 
-// False after a message.
-bool Encode(const CmdInfo& cmd, const Words& words, android::Parcel& request) {
+// Returns why there is no request; empty if there is.
+std::string Encode(const CmdInfo& cmd, const Words& words, android::Parcel& request) {
+    std::string fault = FormatFault(cmd);
+    fault = fault.empty() ? WordsFault(cmd, words) : fault;
+    if (!fault.empty()) {
+        return fault;
+    }
     const StdoutToStderr redirect;
     std::istringstream args(ArgumentText(words) + " ");
     KO_BOOL valid = 1;
-    if (request.writeInt32(cmd.m_instruct) == 0 &&
-        KoCmdDebug::ParseCmdImp(cmd.m_strParaFmt, valid, request, args) == 0 && valid != 0) {
-        return true;
-    }
-    Complain("the console's encoder refuses the arguments");
-    return false;
+    const bool isEncoded = request.writeInt32(cmd.m_instruct) == 0 &&
+                           KoCmdDebug::ParseCmdImp(cmd.m_strParaFmt, valid, request, args) == 0 &&
+                           valid != 0;
+    return isEncoded ? "" : "the console's encoder refuses the arguments";
 }
 
 }  // namespace
 
-bool Prepare(const CommandLine& line, PreparedRequest& prepared) {
-    if (!LoadCatalogue(FindCatalogue(line.catalogue), prepared.catalogue)) {
-        return false;
+std::optional<Failure> Prepare(const CommandLine& line, PreparedRequest& prepared) {
+    if (auto failure = LoadCatalogue(FindCatalogue(line.catalogue), prepared.catalogue)) {
+        return failure;
     }
-    const CmdInfo* cmd = FindCommand(prepared.catalogue, line.words[0], line.words[1]);
-    const Words arguments(std::next(line.words.begin(), 2), line.words.end());
-    prepared.cmd = cmd;
-    return cmd != nullptr && LettersAreKnown(*cmd, "para format", cmd->m_strParaFmt) &&
-           LettersAreKnown(*cmd, "print format", cmd->m_strPrintFmt) &&
-           ArgumentsFit(*cmd, arguments) && Encode(*cmd, arguments, prepared.bytes);
+    std::string reason;
+    prepared.cmd = FindCommand(prepared.catalogue, line.words[0], line.words[1], reason);
+    if (prepared.cmd != nullptr) {
+        const Words arguments(std::next(line.words.begin(), 2), line.words.end());
+        reason = Encode(*prepared.cmd, arguments, prepared.bytes);
+    }
+    return reason.empty() ? std::nullopt : std::optional(Failure{kExitNotSent, reason});
 }
 
 std::optional<Failure> Send(const PreparedRequest& prepared, const ExchangeLimits& limits,

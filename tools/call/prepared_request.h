@@ -14,9 +14,9 @@ struct PreparedRequest {
 };
 
 // Finds the command that the first two words name, the module by its selecting word or its name,
-// checks the other words as its arguments and encodes them with the console's encoder. False after
-// a message.
-bool Prepare(const CommandLine& line, PreparedRequest& prepared);
+// checks the other words as its arguments and encodes them with the console's encoder. Returns
+// nullopt or kExitNotSent.
+std::optional<Failure> Prepare(const CommandLine& line, PreparedRequest& prepared);
 
 // Sends it and reads the reply, as RunExchange and ReadReply do.
 std::optional<Failure> Send(const PreparedRequest& prepared, const ExchangeLimits& limits,

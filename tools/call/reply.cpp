@@ -77,8 +77,10 @@ std::optional<Failure> ReadReply(const KoFileParse::KoCmdInfo& cmd, Reply& reply
     }
     const std::int32_t status = parcel.readInt32();
     if (status != 0) {
-        return Failure{kExitRefused, FormatText("the service refused: status {} ({})",
-                                                {std::to_string(status), Hex(status)})};
+        return Failure{kExitRefused,
+                       FormatText("the service refused: status {} ({})",
+                                  {std::to_string(status), Hex(status)}),
+                       status};
     }
     const std::string fault = ReadRecords(parcel, cmd.m_strPrintFmt, reply.records);
     if (fault.empty()) {

@@ -138,12 +138,11 @@ private:
 int RunMonitor(const CommandLine& line) {
     KoFileParse catalogue;
     PageObserver page;
-    if (!LoadCatalogue(FindCatalogue(line.catalogue), catalogue)) {
-        return kExitNotSent;
+    if (const auto failure = LoadCatalogue(FindCatalogue(line.catalogue), catalogue)) {
+        return Complain(*failure);
     }
     if (const auto failure = page.Open()) {
-        Complain(failure->reason);
-        return failure->status;
+        return Complain(*failure);
     }
     IntervalTimer timer(Ms{1});
     Monitor monitor(line, catalogue);

@@ -69,8 +69,8 @@ bool AwaitNext(IntervalTimer& timer, const WatchScreen& screen) {
 
 int RunWatch(const CommandLine& line) {
     PreparedRequest prepared;
-    if (!Prepare(line, prepared)) {
-        return kExitNotSent;
+    if (const auto failure = Prepare(line, prepared)) {
+        return Complain(*failure);
     }
     const Cells names = ValueNames(*prepared.cmd);
     const bool onScreen = OutputIsTerminal() && !line.csv && !line.json;

@@ -60,6 +60,8 @@ int main(int argc, char** argv) {
     std::vector<std::uint8_t> bytes;
     // A request from before the start may have been carried out then: refused.
     bool old = page.WaitRequest(std::chrono::milliseconds(0), bytes);
+    std::printf("serving %s\n", argv[1]);
+    std::fflush(stdout);
     for (;;) {
         if (old || page.WaitRequest(std::chrono::seconds(1), bytes)) {
             android::Parcel request;

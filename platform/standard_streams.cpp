@@ -7,6 +7,12 @@
 #include <cstdio>
 #include <cstring>
 
+namespace {
+
+int g_outputError = 0;  // of the first flush that failed
+
+}  // namespace
+
 void OpenClosedStreams() {
     for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd) {
         if (fcntl(fd, F_GETFD) == -1 && errno == EBADF) {
@@ -16,12 +22,19 @@ void OpenClosedStreams() {
     }
 }
 
+bool FlushOutput() {
+    if (std::fflush(stdout) != 0 && g_outputError == 0) {
+        g_outputError = errno;
+    }
+    return std::ferror(stdout) == 0;
+}
+
 int FinishOutput(const char* program, int status, int failure) {
-    const int error = std::fflush(stdout) != 0 ? errno : EIO;
-    if (std::ferror(stdout) == 0) {
+    if (FlushOutput()) {
         return status;
     }
-    std::fprintf(stderr, "%s: standard output: %s\n", program, std::strerror(error));
+    const char* reason = g_outputError != 0 ? std::strerror(g_outputError) : "write error";
+    std::fprintf(stderr, "%s: standard output: %s\n", program, reason);
     return status == 0 ? failure : status;
 }
 

@@ -4,6 +4,9 @@
 // closed, so that no file that the program opens takes it. Using the stream fails as it would have.
 void OpenClosedStreams();
 
+// Hands out what was printed. False if that, or anything printed before, failed.
+bool FlushOutput();
+
 // The last call of a program with a result on standard output. Returns `status`. If output was
 // lost, prints a message and returns `failure` in place of 0.
 int FinishOutput(const char* program, int status, int failure);

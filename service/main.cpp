@@ -107,6 +107,7 @@ void Post(TvServicePage& page, const TvService::Answer& answer) {
     const bool posted = page.PostReply(answer.reply.data(), answer.reply.size());
     // A request's texts are whatever a client sends.
     std::printf("%s%s\n", Printable(answer.summary).c_str(), posted ? "" : " (not posted)");
+    FlushOutput();
 }
 
 // Nobody knows whether a request found at the start was carried out before.
@@ -154,10 +155,10 @@ int Run(int argc, char** argv) {
     if (!settings) {
         return status;
     }
-    std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
     CatchStopSignals();
     KoFileParse catalogue;
     catalogue.Init();
+    FlushOutput();
     TvServicePage page(RunGuarded);
     if (!Open(page)) {
         return kExitFailure;
@@ -167,6 +168,7 @@ int Run(int argc, char** argv) {
     }
     const TvService service(catalogue, settings->service);
     std::printf("serving %zu commands on %s\n", service.CommandCount(), kSharePageFile);
+    FlushOutput();
     Serve(page, service, settings->delay);
     std::puts("stopped");
     return 0;

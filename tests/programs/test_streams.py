@@ -63,10 +63,13 @@ def test_messages_of_the_system_stand_where_they_belong():
     assert b"cmds.conf\nmap share memery failed!\n: " in console.stdout
 
 
-@pytest.mark.parametrize("program, word", [(TOOL, "list"), (TOOL, "--help"), (SERVICE, "--help")])
-def test_a_result_that_cannot_be_written_is_a_failure(program, word):
+@pytest.mark.parametrize(
+    "program, words",
+    [(TOOL, "list"), (TOOL, "watch --count 1 lamp c0"), (TOOL, "--help"), (SERVICE, "--help")],
+)
+def test_a_result_that_cannot_be_written_is_a_failure(program, words):
     for output, reason in (full(), b"No space left"), (closed(1), b"Bad file descriptor"):
-        result = run(program, word, **output)
+        result = run(program, *words.split(), **output)
         assert result.returncode == 1
         assert reason in result.stderr
 

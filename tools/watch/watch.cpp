@@ -1,6 +1,7 @@
 #include <cstdio>
 
 #include "format/printable.h"
+#include "platform/standard_streams.h"
 #include "tools/call/prepared_request.h"
 #include "tools/commands.h"
 #include "tools/interval_timer.h"
@@ -92,8 +93,7 @@ int RunWatch(const CommandLine& line) {
         } else {
             PrintCsv(names.size(), sample);
         }
-        if (std::fflush(stdout) != 0 || !WriteOutput("") || left == 1 ||
-            !AwaitNext(timer, screen)) {
+        if (!FlushOutput() || !WriteOutput("") || left == 1 || !AwaitNext(timer, screen)) {
             break;
         }
     }

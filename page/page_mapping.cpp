@@ -2,6 +2,8 @@
 
 #include <fcntl.h>
 
+#include <cerrno>
+#include <cstring>
 #include <utility>
 
 #include "platform/device_root.h"
@@ -25,8 +27,14 @@ PageMapping::~PageMapping() {
     }
 }
 
-PageMapping MapPageFile(int flags, UniqueFd& file) {
-    file = UniqueFd(open(kSharePageFile, flags | O_CLOEXEC));
-    const int protection = (flags & O_ACCMODE) == O_RDONLY ? PROT_READ : PROT_READ | PROT_WRITE;
-    return file.IsOpen() ? PageMapping(file.Get(), protection) : PageMapping();
+PageMapping MapPageFile(int access, UniqueFd& file, std::string& reason) {
+    file = UniqueFd(OpenPageFile(kSharePageFile, access, reason));
+    if (!file.IsOpen()) {
+        return {};
+    }
+    PageMapping page(file.Get(), access == O_RDONLY ? PROT_READ : PROT_READ | PROT_WRITE);
+    if (page.Get() == nullptr) {
+        reason = std::strerror(errno);
+    }
+    return page;
 }

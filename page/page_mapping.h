@@ -2,6 +2,8 @@
 
 #include <sys/mman.h>
 
+#include <string>
+
 #include "page/share_page.h"
 #include "platform/unique_fd.h"
 
@@ -24,6 +26,6 @@ private:
     SharePage* m_page = nullptr;
 };
 
-// Opens the page file with the flags of open(), and maps the page to be read only for O_RDONLY. On
-// failure Get() is null and errno says why.
-PageMapping MapPageFile(int flags, UniqueFd& file);
+// Opens the page file as OpenPageFile does and maps the page, read-only with O_RDONLY. On failure
+// Get() is null, with a reason.
+PageMapping MapPageFile(int access, UniqueFd& file, std::string& reason);

@@ -1,12 +1,15 @@
 #pragma once
 
 #include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string>
 
 // The page that console and service share. docs/protocol.md describes it byte by byte.
 
@@ -53,6 +56,27 @@ inline void StoreHeader(SharePage& page, std::uint8_t flags, std::size_t length)
     std::uint64_t word = 0;
     std::memcpy(&word, &header, sizeof(word));
     page.header.store(word, std::memory_order_release);
+}
+
+// Opens an existing page file, with O_RDONLY or O_RDWR, but nothing that is not a regular file: to
+// open a device may already change it. Returns the descriptor, or -1 with a reason.
+inline int OpenPageFile(const char* path, int access, std::string& reason) {
+    struct stat info = {};
+    int file = -1;
+    bool isKnown = lstat(path, &info) == 0;
+    if (isKnown && S_ISREG(info.st_mode)) {
+        file = open(path, access | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+        isKnown = file >= 0 && fstat(file, &info) == 0;
+    }
+    if (isKnown && S_ISREG(info.st_mode)) {
+        return file;
+    }
+    const char* type = S_ISLNK(info.st_mode) ? "is a symbolic link" : "is not a regular file";
+    reason = isKnown ? type : std::strerror(errno);
+    if (file >= 0) {
+        close(file);
+    }
+    return -1;
 }
 
 // The bytes of the page file that its users lock, with advisory open-file-description locks: a

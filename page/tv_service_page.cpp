@@ -21,14 +21,6 @@ bool Fail(std::string& reason) {
     return false;
 }
 
-// Says why no page can be there; empty for a regular file.
-const char* TypeFault(const struct stat& info) {
-    if (S_ISREG(info.st_mode)) {
-        return "";
-    }
-    return S_ISLNK(info.st_mode) ? "is a symbolic link" : "is not a regular file";
-}
-
 // False when a signal handler ended the sleep.
 bool Sleep(std::chrono::nanoseconds time) {
     if (time.count() == 0) {
@@ -67,28 +59,17 @@ void TvServicePage::Close() {
     }
 }
 
-// Opens nothing but a regular file: to open a device may already change it.
 bool TvServicePage::OpenFile(const std::string& path, std::string& reason) {
-    constexpr int kFlags = O_RDWR | O_NOFOLLOW | O_CLOEXEC;
-    m_file = open(path.c_str(), kFlags | O_CREAT | O_EXCL, kFileMode);
+    m_file = open(path.c_str(), O_RDWR | O_CLOEXEC | O_CREAT | O_EXCL, kFileMode);
     if (m_file >= 0) {
         // The umask of whoever starts the service must not keep the console out.
         return fchmod(m_file, kFileMode) == 0 || Fail(reason);
     }
-    struct stat info = {};
-    if (errno != EEXIST || lstat(path.c_str(), &info) != 0) {
+    if (errno != EEXIST) {
         return Fail(reason);
     }
-    reason = TypeFault(info);
-    if (!reason.empty()) {
-        return false;
-    }
-    m_file = open(path.c_str(), kFlags | O_NONBLOCK | O_NOCTTY);
-    if (m_file < 0 || fstat(m_file, &info) != 0) {
-        return Fail(reason);
-    }
-    reason = TypeFault(info);
-    return reason.empty();
+    m_file = OpenPageFile(path.c_str(), O_RDWR, reason);
+    return m_file >= 0;
 }
 
 bool TvServicePage::LockFile(std::string& reason) {
@@ -100,6 +81,10 @@ bool TvServicePage::LockFile(std::string& reason) {
 }
 
 bool TvServicePage::MapFile(std::string& reason) {
+    // An access to a page without a block on the disk raises SIGBUS if the disk is full.
+    if (fallocate(m_file, 0, 0, static_cast<off_t>(kPageSize)) != 0 && errno == ENOSPC) {
+        return Fail(reason);
+    }
     struct stat info = {};
     if (fstat(m_file, &info) != 0 || (info.st_size < static_cast<off_t>(kPageSize) &&
                                       ftruncate(m_file, static_cast<off_t>(kPageSize)) != 0)) {

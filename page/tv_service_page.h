@@ -34,11 +34,11 @@ public:
     TvServicePage(const TvServicePage&) = delete;
     TvServicePage& operator=(const TvServicePage&) = delete;
 
-    // Takes the service's lock on the page file, gives the file at least 4096 bytes and maps it,
-    // until this object ends; the file stays. A missing file is created with mode 0660, whatever
-    // the umask; one that is there keeps its mode, owner and content. False, with `error` as
-    // "path: reason", when the path is a symbolic link or no regular file, another service has the
-    // lock, or the system refuses.
+    // Takes the service's lock on the page file, gives the file at least 4096 bytes, reserved on
+    // the disk, and maps it, until this object ends; the file stays. A missing file is created with
+    // mode 0660, whatever the umask; one that is there keeps its mode, owner and content. False,
+    // with `error` as "path: reason", when the path is a symbolic link or not a regular file,
+    // another service has the lock, or the system refuses.
     bool Open(const std::string& path, std::string& error);
 
     // After Open: 0, or the error number for which kernel, file system or a policy gave no lock;

@@ -21,7 +21,7 @@ struct Page {
         const TestRoot root;
         std::string error;
         Require(service.Open(kTestPage, error), error.c_str());
-        console = MapPageFile(O_RDWR, file);
+        console = MapPageFile(O_RDWR, file, error);
     }
 
     TvServicePage service{RunGuarded, std::chrono::nanoseconds(0)};

@@ -36,7 +36,10 @@ ACCEPTED = [
 REFUSED = [
     (["lamp", "bare", "--json"], '"--json" is left over; options go before MODULE'),
     (["lamp", "two", 1], "argument 2 (int32) is missing"),
-    (["lamp", "two", "12ab", 1], 'argument 1 (int32): "12ab" is not valid; "two" takes int32, int32: '),
+    (
+        ["lamp", "two", "12ab", 1],
+        'argument 1 (int32): "12ab" is not valid; "two" takes int32, int32: ',
+    ),
     (["lamp", "two", 1, 2**31], 'argument 2 (int32): "2147483648" is out of range'),
     (["lamp", "two", 1, "0x"], '"0x" is not valid'),
     (["lamp", "two", 1, ""], '"" must not be empty'),

@@ -18,15 +18,18 @@ def size_and_mode(path=PAGE):
     return info.st_size, oct(info.st_mode & 0o777)
 
 
-def test_a_service_takes_only_a_regular_file():
+@pytest.mark.parametrize(
+    "program", ["ko_tv_service", "ko_cmd_tool call tun lock", "ko_cmd_tool monitor"]
+)
+def test_only_a_console_takes_another_than_a_regular_file(example_catalogue, program):
     target = PAGE.parent / "target"
     target.touch(mode=0o600)
     PAGE.symlink_to("target")
-    assert b"symbolic link" in run("ko_tv_service").stderr
+    assert b"/.tv: is a symbolic link" in run(*program.split()).stderr
     assert size_and_mode(target) == (0, "0o600")
     PAGE.unlink()
     os.mkfifo(PAGE)
-    assert b"regular file" in run("ko_tv_service").stderr
+    assert b"/.tv: is not a regular file" in run(*program.split()).stderr
 
 
 def test_a_service_keeps_a_larger_file_and_refuses_a_second_service(stand_in):

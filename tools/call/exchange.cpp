@@ -1,6 +1,8 @@
 #include "tools/call/exchange.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -23,11 +25,13 @@ using MaybeFailure = std::optional<Failure>;
 constexpr milliseconds kPollStep{10};
 constexpr milliseconds kSignalStep{50};  // how often a wait looks for a blocked signal
 
-MaybeFailure FailureOf(PageResult result) {
-    if (result == PageResult::kDone) {
-        return std::nullopt;
-    }
-    return PageFailure(kExitPage, PageResultText(result));
+// Whether the file has a page that its disk has no block for. An access then fails as if the file
+// were empty.
+bool IsOnFullDisk(int file) {
+    struct stat info = {};
+    struct statvfs disk = {};
+    return fstat(file, &info) == 0 && info.st_size != 0 && fstatvfs(file, &disk) == 0 &&
+           disk.f_bavail == 0;
 }
 
 // One exchange on a mapped page, step by step.
@@ -55,6 +59,14 @@ public:
     }
 
 private:
+    MaybeFailure FailureOf(PageResult result) const {
+        if (result == PageResult::kDone) {
+            return std::nullopt;
+        }
+        const bool isFull = result == PageResult::kPageGone && IsOnFullDisk(m_file);
+        return PageFailure(kExitPage, isFull ? std::strerror(ENOSPC) : PageResultText(result));
+    }
+
     MaybeFailure AwaitTurn(PageQueue& turn) {
         const int error =
             WaitWhile(EAGAIN, [&turn](Clock::time_point until) { return turn.Wait(until); });
@@ -136,9 +148,10 @@ private:
 std::optional<Failure> RunExchange(const android::Parcel& request, const ExchangeLimits& limits,
                                    std::vector<std::uint8_t>& reply) {
     UniqueFd file;
-    const PageMapping page = MapPageFile(O_RDWR, file);
+    std::string reason;
+    const PageMapping page = MapPageFile(O_RDWR, file, reason);
     if (page.Get() == nullptr) {
-        return PageFailure(kExitPage, std::strerror(errno));
+        return PageFailure(kExitPage, reason);
     }
     return Exchange(limits, page.Get(), file.Get()).Run(request, reply);
 }

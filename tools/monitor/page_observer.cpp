@@ -3,7 +3,6 @@
 #include <fcntl.h>
 
 #include <atomic>
-#include <cerrno>
 #include <cstring>
 
 #include "page/page_guard.h"
@@ -19,9 +18,10 @@ bool AreSame(const PageCopy& a, const PageCopy& b, std::size_t size) {
 
 std::optional<Failure> PageObserver::Open() {
     UniqueFd file;
-    m_page = MapPageFile(O_RDONLY | O_NONBLOCK, file);
+    std::string reason;
+    m_page = MapPageFile(O_RDONLY, file, reason);
     if (m_page.Get() == nullptr) {
-        return PageFailure(kExitPage, std::strerror(errno));
+        return PageFailure(kExitPage, reason);
     }
     return std::nullopt;
 }

@@ -15,35 +15,20 @@ namespace {
 
 int g_error = 0;  // of the write that failed
 
-// While this lives, a system call that blocks is interrupted every 50 ms: a signal that comes right
-// before the call would not interrupt it.
-class Interruptions {
-public:
-    Interruptions() {
-        struct sigaction action = {};
-        action.sa_handler = [](int) {};
-        sigaction(SIGALRM, &action, nullptr);
-        sigset_t alarm;
-        sigemptyset(&alarm);
-        sigaddset(&alarm, SIGALRM);
-        pthread_sigmask(SIG_UNBLOCK, &alarm, nullptr);
-        SetTimer(50'000);
-    }
-    ~Interruptions() { SetTimer(0); }
-    Interruptions(const Interruptions&) = delete;
-    Interruptions& operator=(const Interruptions&) = delete;
-
-private:
-    static void SetTimer(int us) {
-        const itimerval timer = {{0, us}, {0, us}};
-        setitimer(ITIMER_REAL, &timer, nullptr);
-    }
-};
+// Has SIGALRM come every so many microseconds; 0 for no more.
+void RepeatAlarm(int us) {
+    const itimerval timer = {{0, us}, {0, us}};
+    setitimer(ITIMER_REAL, &timer, nullptr);
+}
 
 }  // namespace
 
 bool WriteOutput(std::string_view text) {
-    const Interruptions interruptions;
+    // One interruption would not do: an ending signal may come right before the call.
+    struct sigaction action = {};
+    action.sa_handler = [](int) {};
+    sigaction(SIGALRM, &action, nullptr);
+    RepeatAlarm(50'000);
     while (g_error == 0 && !text.empty()) {
         const ssize_t written = write(STDOUT_FILENO, text.data(), text.size());
         if (written >= 0) {
@@ -52,6 +37,7 @@ bool WriteOutput(std::string_view text) {
             g_error = errno;
         }
     }
+    RepeatAlarm(0);
     return g_error == 0;
 }
 

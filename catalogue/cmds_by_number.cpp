@@ -10,6 +10,12 @@ CmdsByNumber::CmdsByNumber(const KoFileParse& catalogue) {
     }
 }
 
+CmdsByNumber::CmdsByNumber(const std::vector<const KoFileParse::KoCmdInfo*>& cmds) {
+    for (const KoFileParse::KoCmdInfo* cmd : cmds) {
+        m_cmds.emplace(cmd->m_instruct, cmd);
+    }
+}
+
 CmdsByNumber::Request CmdsByNumber::Decode(const std::vector<std::uint8_t>& request) const {
     Request decoded;
     android::Parcel parcel;

@@ -10,8 +10,9 @@
 // The commands of a catalogue by their own instruction numbers, to tell which one a request is.
 class CmdsByNumber {
 public:
-    // Borrows the catalogue, which must outlive this.
+    // Each borrows the commands, which must outlive this.
     explicit CmdsByNumber(const KoFileParse& catalogue);
+    explicit CmdsByNumber(const std::vector<const KoFileParse::KoCmdInfo*>& cmds);
 
     struct Request {
         std::int32_t instruct = 0;                    // 0 when the request is too short for one

@@ -38,27 +38,6 @@ Words ModuleWords(const KoFileParse& catalogue) {
     return words;
 }
 
-// Returns null with a reason if the words name no command.
-const CmdInfo* FindCommand(const KoFileParse& catalogue, const std::string& module,
-                           const std::string& word, std::string& reason) {
-    const std::string name = ModuleName(catalogue, module);
-    const auto found = catalogue.AllModules().find(name);
-    if (found == catalogue.AllModules().end()) {
-        reason = WithNearest("unknown module " + Quoted(module), module, ModuleWords(catalogue));
-        return nullptr;
-    }
-    const auto number = static_cast<unsigned int>(found->second.m_instruct);
-    const KoFileParse::CmdTable& table = catalogue.AllCmds().at(number);
-    const auto cmd = table.find(word);
-    if (cmd == table.end()) {
-        const auto words = catalogue.GetModHoldCmds(found->second.m_instruct);
-        reason = WithNearest("unknown command " + Quoted(word) + " of the module " + Quoted(name),
-                             word, {words.begin(), words.end()});
-        return nullptr;
-    }
-    return &cmd->second;
-}
-
 // Why the encoder or the printer does not know the command's formats; empty if they do.
 std::string FormatFault(const CmdInfo& cmd) {
     const std::pair<const char*, std::string> formats[] = {{"para format", cmd.m_strParaFmt},
@@ -121,16 +100,41 @@ std::string Encode(const CmdInfo& cmd, const Words& words, android::Parcel& requ
 
 }  // namespace
 
+std::optional<Failure> FindCommands(const KoFileParse& catalogue, const Words& words,
+                                    std::vector<const CmdInfo*>& cmds) {
+    const std::string name = ModuleName(catalogue, words[0]);
+    const auto module = catalogue.AllModules().find(name);
+    if (module == catalogue.AllModules().end()) {
+        return Failure{kExitNotSent, WithNearest("unknown module " + Quoted(words[0]), words[0],
+                                                 ModuleWords(catalogue))};
+    }
+    Words others;
+    for (const auto& [word, cmd] :
+         catalogue.AllCmds().at(static_cast<unsigned int>(module->second.m_instruct))) {
+        if (words.size() == 1 || word == words[1]) {
+            cmds.push_back(&cmd);
+        }
+        others.push_back(word);
+    }
+    if (cmds.empty() && words.size() > 1) {
+        return Failure{kExitNotSent, WithNearest("unknown command " + Quoted(words[1]) +
+                                                     " of the module " + Quoted(name),
+                                                 words[1], others)};
+    }
+    return std::nullopt;
+}
+
 std::optional<Failure> Prepare(const CommandLine& line, PreparedRequest& prepared) {
     if (auto failure = LoadCatalogue(FindCatalogue(line.catalogue), prepared.catalogue)) {
         return failure;
     }
-    std::string reason;
-    prepared.cmd = FindCommand(prepared.catalogue, line.words[0], line.words[1], reason);
-    if (prepared.cmd != nullptr) {
-        const Words arguments(std::next(line.words.begin(), 2), line.words.end());
-        reason = Encode(*prepared.cmd, arguments, prepared.bytes);
+    std::vector<const CmdInfo*> cmds;
+    if (auto failure = FindCommands(prepared.catalogue, line.words, cmds)) {
+        return failure;
     }
+    prepared.cmd = cmds.front();
+    const Words arguments(std::next(line.words.begin(), 2), line.words.end());
+    const std::string reason = Encode(*prepared.cmd, arguments, prepared.bytes);
     return reason.empty() ? std::nullopt : std::optional(Failure{kExitNotSent, reason});
 }
 

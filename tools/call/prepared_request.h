@@ -13,6 +13,12 @@ struct PreparedRequest {
     android::Parcel bytes;
 };
 
+// Adds the command that the first two words name, or all of the module if there is one word; the
+// module by its word or its name. Returns nullopt or kExitNotSent.
+std::optional<Failure> FindCommands(const KoFileParse& catalogue,
+                                    const std::vector<std::string>& words,
+                                    std::vector<const KoFileParse::KoCmdInfo*>& cmds);
+
 // Finds the command that the first two words name, the module by its selecting word or its name,
 // checks the other words as its arguments and encodes them with the console's encoder. Returns
 // nullopt or kExitNotSent.

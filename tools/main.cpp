@@ -35,13 +35,14 @@ constexpr ToolCommands kCommands = {
      "call\n"
      "that fails is shown and counted, and ends nothing.\n",
      StatusSet(kExitNotSent), 2, kAnyNumber, RunWatch},
-    {"monitor", "[--catalogue DIR] [--count N] [--hex] [--json] [--json-strings]", "",
-     "Prints the requests and replies of others as they stand in the page.",
+    {"monitor", "[--catalogue DIR] [--count N] [--hex] [--json] [--json-strings]",
+     " [MODULE [COMMAND]]", "Prints the requests of others with their replies.",
      "\n"
-     "Looks every millisecond, takes no turn and writes nothing; until Ctrl-C. It can miss what\n"
-     "stands in the page for less than 2 ms, such as a request that is answered at once, and the\n"
-     "second one of two that are the same to the byte. Times are those of the looks.\n",
-     StatusSet(kExitNotSent, kExitPage), 0, 0, RunMonitor},
+     "Polls the page every millisecond until Ctrl-C; takes no turn, writes nothing. MODULE is a\n"
+     "module's word or its name; only its commands are then shown. It can miss what is in the\n"
+     "page for less than 2 ms, and the second of two identical messages. Times are those of the\n"
+     "polls.\n",
+     StatusSet(kExitNotSent, kExitPage), 0, 2, RunMonitor},
 };
 
 }  // namespace

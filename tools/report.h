@@ -6,22 +6,22 @@
 
 #include "tools/json.h"
 
-// A line about something that happened, as JSON or as text with the same names and values.
+// A line about something that happened, as JSON or as text.
 class Report {
 public:
+    // The text begins with the time of day.
     Report(const std::string& message, std::chrono::system_clock::time_point time);
 
-    // The text has a string without its quotes.
-    void Add(const std::string& name, const Json& value);
+    // Sets a value in JSON, and appends to the text.
+    void Add(const std::string& name, const Json& value, const std::string& text = "");
 
     void AddFaultIf(bool found, const std::string& fault);
-    bool HasFaults() const { return !m_faults.empty(); }
+    bool HasFaults() const { return m_json.contains("faults"); }
 
-    // Writes it to standard output at once, the faults last. Result as of WriteOutput.
-    bool Print(bool json);
+    // Writes it to standard output at once. Result as of WriteOutput.
+    bool Print(bool json) const;
 
 private:
     Json m_json;
     std::string m_text;
-    Json m_faults;
 };

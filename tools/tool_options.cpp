@@ -8,7 +8,7 @@ const std::vector<ToolOption> kToolOptions = {
          line.catalogue = value;
          return true;
      }},
-    {"count", "N", "end after N samples or messages",
+    {"count", "N", "end after N samples, or lines about the page",
      [](const char* value, CommandLine& line) { return ReadNumber(value, line.count); }},
     {"csv", "", "print CSV, as it does anyway where its output is no terminal",
      [](const char*, CommandLine& line) { return line.csv = true; }},

@@ -46,11 +46,6 @@ def test_commands_that_are_answered(example_catalogue, source_tree, stand_in, do
         assert block == carried_out(block)
 
 
-def test_commands_that_nobody_answers(example_catalogue, source_tree, played_service):
-    (block,) = blocks("docs/tool.md", "console unanswered")
-    assert block == carried_out(block)
-
-
 def test_commands_for_a_new_catalogue(source_tree, stand_in):
     pathlib.Path("lamp").mkdir()
     for path in ("lamp/mods.conf", "lamp/cmds.conf"):

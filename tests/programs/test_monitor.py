@@ -1,75 +1,137 @@
 """`monitor` shows what others say to the service."""
 
+import fcntl
 import json
 import pathlib
+import re
 import signal
 import struct
+import subprocess
+import termios
 import time
 
 import pytest
-from page import PAGE, POSTED, READY, int32
-from programs import PATIENCE, Program, wait_until
+from page import PAGE, POSTED, READY, int32, int64
+from programs import PATIENCE, Program, tool, wait_until
+from test_documents import blocks
 
 pytestmark = pytest.mark.usefixtures("example_catalogue", "played_service")
 
-GETVOL = int32(0x202, 0)
-VOLUME = int32(0, 0, 35)
-MESSAGES = [
-    # flags, data, what is shown among other things
-    (POSTED, GETVOL, " request module=audio command=getvol arguments=[0] instruction=0x202"),
-    (READY, VOLUME, ' records=[{"output":0,"volume":35}]'),
-    (READY, int32(-5), '["no request was seen before"]'),
-    (POSTED, int32(0x999), '["no command has this instruction"]'),
-    (
-        POSTED,
-        int32(0x202),
-        '["no reply was seen to the request before","the arguments do not decode"]',
-    ),
-    (3, int32(-5), '["forbidden flags"]'),
-    (POSTED, bytes(4089), '["no command has this instruction","forbidden length"]'),
-    (0, b"", '["no reply was seen to the request before"]'),
+GETVOL = (POSTED, int32(0x202, 0))
+VOLUME = (READY, int32(0, 0, 35))
+EXCHANGES = [
+    # messages, and the line that they show, without time and latency
+    ([GETVOL, VOLUME], "audio getvol 0 -> output=0, volume=35"),
+    ([GETVOL, (READY, int32(0, 0, 1, 1, 2))], "audio getvol 0 -> output=0, volume=1; output=1, "),
+    ([GETVOL, (READY, int32(-5))], "audio getvol 0 -> status -5"),
+    ([GETVOL, (READY, int32(0, 7))], "audio getvol 0 -> status 0 (the reply is not whole records "),
+    ([GETVOL, (READY, b"")], "audio getvol 0 (the reply is too short for a status) [02 00 00 00 "),
+    ([VOLUME], "-> status 0 (no request seen)"),
+    ([GETVOL, (0, b"")], "audio getvol 0 -> no reply seen"),
+    ([(POSTED, int32(0x202)), (0, b"")], "0x202 (the arguments do not decode) [01 00 00 00 04 "),
+    ([(POSTED, int32(0x999)), (0, b"")], "0x999 (no command has this instruction) [01 00 00 00 "),
+    ([(4, bytes(4089))], "(forbidden flags) (forbidden length) [04 00 00 00 f9 0f 00 00]"),
 ]
 
 
-def put(monitor, flags, data):
-    """Puts a message into the page at once, and waits until the monitor has shown it."""
-    lines = monitor.shown().count("\n")
+class Monitor(Program):
+    """The monitor, ready to see what the test puts into the page."""
+
+    def __init__(self, *args, **options):
+        super().__init__("ko_cmd_tool", "monitor", *args, **options)
+        wait_until(lambda: "/.tv" in self.proc("maps"), self)
+
+    def proc(self, name):
+        return pathlib.Path(f"/proc/{self.pid}/{name}").read_text()
+
+    def sleeps(self):
+        return int(re.search(r"\nvoluntary_ctxt_switches:\s*(\d+)", self.proc("status"))[1])
+
+    def put(self, flags, data):
+        """Puts a message into the page, and waits until the monitor has polled it."""
+        write(flags, data)
+        enough = self.sleeps() + 4
+        wait_until(lambda: self.sleeps() >= enough, self)
+
+    def see(self, *messages):
+        """What it shows of messages; puts them again if the machine kept it from polling."""
+        before = len(self.shown())
+        for flags, data in [(0, b""), *messages]:
+            self.put(flags, data)
+        shown = self.shown()[before:]
+        return self.see(*messages) if "looked away" in shown else shown
+
+
+def write(flags, data):
     with open(PAGE, "r+b", buffering=0) as page:
         page.write(struct.pack("<II", flags, len(data)) + data)
-    wait_until(lambda: monitor.shown().count("\n") > lines, monitor)
 
 
-def test_messages():
-    monitor = Program("ko_cmd_tool", "monitor", "--count", len(MESSAGES))
-    for flags, data, _ in MESSAGES:
-        put(monitor, flags, data)
-    assert monitor.wait(PATIENCE) == 0
-    parts = [part for _, _, part in MESSAGES]
-    *lines, summary = monitor.shown().splitlines()
-    assert parts == [part if part in line else line for part, line in zip(parts, lines)]
-    assert "exchanges=2 " in summary and summary.endswith("requests_alone=2 replies_alone=1")
+def without_times(line):
+    return re.sub(r"^\d\d:\d\d:\d\d\.\d{3} | \(\d+ ms\)", "", line)
 
 
-def test_latencies():
-    monitor = Program("ko_cmd_tool", "monitor", "--json", "--hex")
-    bounds = []
-    for seconds in (0.04, 0.01, 0.02):
+def test_exchange_is_one_line():
+    monitor = Monitor()
+    for messages, line in EXCHANGES:
+        (shown,) = monitor.see(*messages).splitlines()
+        assert without_times(shown).startswith(line)
+    (example,) = blocks("docs/tool.md", "text")
+    assert set(map(without_times, example.splitlines())) <= {line for _, line in EXCHANGES}
+
+
+def test_exchange_as_json():
+    monitor = Monitor("--json")
+    number = 2**53 + 1  # the first one that a double does not have
+    request = (POSTED, int32(0x103) + int64(number) + int32(8))
+    reply = (READY, int32(0) + int64(number) + int32(8))
+    latencies = []
+    for polls in (40, 4, 20):
         start = time.monotonic()
-        put(monitor, POSTED, GETVOL)
-        time.sleep(seconds)
-        put(monitor, READY, VOLUME)
-        bounds.append((1000 * seconds, 1000 * (time.monotonic() - start)))
-    assert monitor.end(signal.SIGINT) == 0
-    *messages, summary = map(json.loads, monitor.shown().splitlines())
-    assert messages[0]["bytes"] == "01 00 00 00 08 00 00 00 02 02 00 00 00 00 00 00"
-    latencies = [reply["latency_ms"] for reply in messages[1::2]]
-    assert all(least <= ms <= most for ms, (least, most) in zip(latencies, bounds, strict=True))
-    told = [summary[name] for name in ("least_ms", "median_ms", "longest_ms")]
-    assert told == sorted(latencies)
+        shown = json.loads(monitor.see(*[request] * (polls // 4), reply))
+        latencies.append(shown["latency_ms"])
+        assert polls - 4 <= latencies[-1] <= 1000 * (time.monotonic() - start)
+    assert monitor.end(signal.SIGTERM) == 0
+    summary = json.loads(monitor.shown().splitlines()[-1])
+    assert [summary[name] for name in ("min_ms", "median_ms", "max_ms")] == sorted(latencies)
+    told = ("message", "module", "command", "arguments", "status", "records")
+    assert [shown[name] for name in told] == [
+        *("exchange", "tuner", "setfreq", [number, 8], 0),
+        [{"frequency Hz": number, "bandwidth kHz": 8}],
+    ]
 
 
-def test_page_is_mapped_to_be_read(played_service):
-    monitor = Program("ko_cmd_tool", "monitor")
-    put(monitor, POSTED, GETVOL)
-    maps = pathlib.Path(f"/proc/{monitor.pid}/maps").read_text().splitlines()
-    assert [row.split()[1] for row in maps if row.endswith("/.tv")] == ["r--s"]
+def test_reply_that_came_while_nobody_looked():
+    monitor = Monitor("--count", 2)
+    monitor.put(*GETVOL)
+    monitor.send_signal(signal.SIGSTOP)
+    wait_until(lambda: "(stopped)" in monitor.proc("status"))
+    write(*VOLUME)
+    time.sleep(0.01)
+    monitor.send_signal(signal.SIGCONT)
+    assert monitor.wait(PATIENCE) == 0
+    request, reply, summary = monitor.shown().splitlines()
+    assert " getvol 0 -> no reply seen (looked away for " in request
+    assert " -> status 0 (no request seen) (looked away for " in reply
+    assert " exchanges=0 requests_without_reply=1 replies_without_request=1" in summary
+
+
+def test_shows_only_what_is_asked_for():
+    assert tool("monitor", "nope").status == tool("monitor", "aud", "nope").status == 3
+    for words, shows in [(["audio"], True), (["aud", "getvol"], True), (["aud", "eq"], False)]:
+        assert bool(Monitor(*words).see(GETVOL, VOLUME)) == shows
+
+
+@pytest.mark.parametrize("number", [signal.SIGINT, signal.SIGTERM, signal.SIGHUP])
+def test_ends_while_its_reader_stalls(number):
+    monitor = Monitor(stdout=subprocess.PIPE)
+    fcntl.fcntl(monitor.stdout, fcntl.F_SETPIPE_SZ, 4096)
+    monitor.put(POSTED, bytes(4088))
+    write(0, b"")
+    wait_until(lambda: fcntl.ioctl(monitor.stdout, termios.FIONREAD, bytes(4)) == int32(4096))
+    assert monitor.end(number) == 1
+    assert "standard output: Interrupted system call" in monitor.shown()
+
+
+def test_page_is_mapped_to_be_read():
+    assert re.findall(r" (\S+) .*/\.tv\n", Monitor().proc("maps")) == ["r--s"]

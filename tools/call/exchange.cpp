@@ -124,7 +124,7 @@ private:
 
     // That no reply came, and whether a service has the page.
     std::string NoReply() const {
-        const std::string text = "no reply" + Within();
+        std::string text = "no reply" + Within();
         switch (LockPage(m_file, PageLockByte::kService, PageLockMode::kQuery)) {
             case 0:
                 return text + ", and no service has the page";

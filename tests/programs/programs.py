@@ -14,7 +14,7 @@ import time
 import pexpect
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
-PROGRAMS = pathlib.Path(os.environ.get("KO_BIN_DIR", SOURCE / "build/test/bin"))
+PROGRAMS = pathlib.Path(os.environ.get("KO_BIN_DIR", SOURCE / "build/test/bin")).resolve()
 EMULATOR = shlex.split(os.environ.get("KO_EMULATOR", ""))  # qemu or valgrind, with its options
 PATIENCE = 60  # seconds; more than the slowest machine needs for anything
 PROMPT = r"([^\r\n]*@)?TV \$"

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "catalogue/catalogue_file.h"
 #include "format/printable.h"
 #include "platform/ko_file.h"
 #include "platform/ko_securec.h"
@@ -57,15 +58,18 @@ TEST(KoFileTest, RowsOfAnyLengthComeAsFarAsTheyAreKeptAndCanBeGivenBackOnce) {
     EXPECT_EQ(rows.size(), file.RowNumber());
 }
 
-TEST(KoFileTest, ARowInWhichReadingFailsIsNone) {
+TEST(KoFileTest, ARowInWhichReadingFailsIsNoneAndTheFileNoCatalogue) {
     const TestRoot root;
-    KoFile file;
-    file.Init(root.Write("rows", std::string(10'000, 'x')), "r");
-    g_readFails = true;
-    EXPECT_EQ("", file.NextRow());
-    g_readFails = false;
-    EXPECT_EQ(EIO, file.GetIOExceptionStatus());
-    EXPECT_TRUE(file.IsEOF());
+    const auto read = [](KoFile* file) {
+        g_readFails = true;
+        EXPECT_EQ("", file->NextRow());
+        g_readFails = false;
+        EXPECT_TRUE(file->IsEOF());
+        return 0;
+    };
+    const LoadResult result = LoadCatalogueFile(root.Write("rows", std::string(10'000, 'x')), read);
+    EXPECT_EQ(LoadFault::kUnreadable, result.fault);
+    EXPECT_EQ(EIO, result.error);
 }
 
 TEST(SecurecTest, NothingIsWrittenPastTheCapacity) {

@@ -1,27 +1,16 @@
 """Closed and full streams: the console ends, and no lost result is called a success."""
 
-import fcntl
 import os
 import pathlib
-import select
 import signal
 import subprocess
-import sys
 
 import pytest
 from catalogue import CATALOGUE, write_commands
 from page import PAGE, int32
-from programs import Program, run, wait_until
+from programs import Program, run
 
 TOOL, SERVICE = "ko_cmd_tool", "ko_tv_service"
-MANY_MAPPINGS = """
-import mmap
-with open("x" * 255, "w+") as file:
-    file.truncate(1)
-    mappings = [mmap.mmap(file.fileno(), 1) for _ in range(500)]
-print(flush=True)
-input()
-"""
 
 
 def closed(number):
@@ -87,22 +76,3 @@ def test_a_message_without_a_stream_spoils_no_result():
     listing = run("ko_cmd_tool", "list", **closed(2))
     assert listing.returncode == 0
     assert b"c0" in listing.stdout
-
-
-def test_a_catalogue_that_breaks_off_is_none():
-    """The list of a process's mappings is such a file, when the process ends."""
-    command, pipe = [sys.executable, "-c", MANY_MAPPINGS], subprocess.PIPE
-    with subprocess.Popen(command, stdin=pipe, stdout=pipe) as other:
-        other.stdout.readline()
-        (CATALOGUE / "cmds.conf").unlink()
-        (CATALOGUE / "cmds.conf").symlink_to(f"/proc/{other.pid}/maps")
-        reading, writing = os.pipe()
-        fcntl.fcntl(writing, fcntl.F_SETPIPE_SZ, 4096)
-        console = Program("ko_cmd_debug", stdout=writing)
-        # Each line is too long and has a message: when nobody reads them, the console sleeps.
-        wait_until(lambda: select.select([reading], [], [], 0)[0], console)
-        stat = pathlib.Path(f"/proc/{console.pid}/stat")
-        wait_until(lambda: ") S " in stat.read_text(), console)
-    os.close(writing)
-    with open(reading) as messages:
-        assert "\nfile path error or open file failure\nParseCmds fail\n" in messages.read()

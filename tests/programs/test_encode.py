@@ -28,6 +28,7 @@ ACCEPTED = [
     # module, command and arguments; what is shown
     (["lamp", "all", -(2**31), 2**63 - 1, 12.5, ".1", "hä😀"], REQUEST),
     (["lamp", "two", "0x10", 1], "10 00 00 00              int32  16"),
+    (["lamp", "two", "017", "+5"], "11 00 00 00              int32  17"),
     (["lamp", "all", 0, 0, "0.0e5", 0, "x"], "00 00 00 00              float   0"),
     (["lamp", "wide", 7], "int32  7\nheader  01 00 00 00 08 00 00 00"),
     (["lamp", "text", "help", "--"], 'string  "--"'),
@@ -41,6 +42,8 @@ REFUSED = [
         'argument 1 (int32): "12ab" is not valid; "two" takes int32, int32: ',
     ),
     (["lamp", "two", 1, 2**31], 'argument 2 (int32): "2147483648" is out of range'),
+    (["lamp", "two", 1, "-0x10"], '"-0x10" is no'),
+    (["lamp", "all", 0, "0x10", 0, 0, "x"], '(int64): "0x10" is no'),
     (["lamp", "two", 1, "0x"], '"0x" is not valid'),
     (["lamp", "two", 1, ""], '"" must not be empty'),
     (["lamp", "two", 1, "2 "], '"2 " must not contain a blank'),

@@ -7,7 +7,7 @@ import signal
 
 import pytest
 from page import PAGE, POSTED, int32, write_page
-from programs import EMULATOR, PATIENCE, Console, Program, tool, wait_until
+from programs import EMULATOR, PATIENCE, Console, Program, run, tool, wait_until
 
 CALLS = int(os.environ.get("KO_CALLS", 150))
 
@@ -54,12 +54,20 @@ def test_a_console_at_its_prompt_holds_nobody_up(example_catalogue, stand_in):
 
 
 @pytest.mark.skipif("valgrind" in EMULATOR, reason="nothing interrupts its locks")
-def test_a_call_gives_up_waiting_for_its_turn(played_service, example_catalogue):
-    call = setvol(1)
-    played_service.request(call)
-    late = tool("call", "--timeout", 50, "aud", "setvol", 2, 2)
-    assert late.status == 7
-    assert "within 50 ms; nothing was sent" in late.messages
+@pytest.mark.parametrize(
+    "timeout, before, status",
+    [
+        (50, lambda: signal.pthread_sigmask(signal.SIG_BLOCK, [signal.SIGALRM]), 7),
+        (300000, lambda: signal.setitimer(signal.ITIMER_REAL, 0.2), -signal.SIGALRM),
+    ],
+)
+def test_a_turn_leaves_the_alarm_to_the_caller(
+    played_service, example_catalogue, timeout, before, status
+):
+    played_service.request(setvol(1))
+    late = run("ko_cmd_tool", "call", "--timeout", timeout, "aud", "dec", preexec_fn=before)
+    assert late.returncode == status
+    assert (b"no turn within 50 ms; nothing was sent" in late.stderr) == (status == 7)
 
 
 def test_an_unanswered_request_is_answered_first(played_service, example_catalogue):

@@ -91,7 +91,7 @@ def test_truncation_ends_the_wait_for_a_reply(played_service, example_catalogue)
     played_service.request(call)
     os.truncate(PAGE, 0)
     assert call.wait(PATIENCE) == 6
-    assert str(PAGE) in call.shown()
+    assert f"{PAGE}: the page file is empty" in call.shown()
 
 
 def test_a_console_waits_at_its_own_page(played_service, example_catalogue, stand_in):

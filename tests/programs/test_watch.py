@@ -16,7 +16,7 @@ pytestmark = pytest.mark.usefixtures("example_catalogue")
 SIGNAL = [
     struct.pack("<iiff", 0, level, snr, 0) for level, snr in [(-47, 30), (-52, 21), (-50, 24)]
 ]
-PORTS = int32(0, 1) + string('on,"13 V"') + int32(2) + string("off\x1b")
+PORTS = int32(0, 1) + string('on,"13\x1bV"') + int32(2) + string("off\n")
 REFUSED = int32(5)
 PICTURE = """\
 tun sig samples=4 failed=1
@@ -32,13 +32,14 @@ TIME the service r
 efused: status 5 (0x5)
 value     now
 port #1   1    ▁▁
-state #1  TIME on,"13
+state #1  TIME on,"13\\
 2 more lines
 """
 CSV = '''\
 time,record,error,port,state
-TIME,1,,1,"on,""13 V"""
-TIME,2,,2,off\x1b
+TIME,1,,1,"on,""13\x1bV"""
+TIME,2,,2,"off
+"
 TIME,,the service refused: status 5 (0x5),,
 TIME,,,,
 '''
@@ -87,7 +88,7 @@ def test_json(played_service):
     watch = Program("ko_cmd_tool", "watch", "--json", "--interval", 1, "--count", 2, "tun", "lnb")
     answered(played_service, watch, PORTS, REFUSED).wait(PATIENCE)
     shown, failed = map(json.loads, watch.shown().splitlines())
-    assert shown["records"] == [{"port": 1, "state": 'on,"13 V"'}, {"port": 2, "state": "off\x1b"}]
+    assert shown["records"] == [{"port": 1, "state": 'on,"13\x1bV"'}, {"port": 2, "state": "off\n"}]
     assert "status 5" in failed["error"]
 
 

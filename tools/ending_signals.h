@@ -5,7 +5,7 @@
 #include <csignal>
 
 // The signals that end the tool. One that is ignored at the start, as under nohup, stays ignored.
-inline constexpr std::array kEndingSignals = {SIGINT, SIGTERM, SIGHUP};
+inline constexpr std::array kEndingSignals = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
 
 // Whether one of them is blocked and has come.
 inline bool EndingSignalIsPending() {

@@ -6,7 +6,7 @@
 #include "tools/ending_signals.h"
 
 IntervalTimer::IntervalTimer(std::chrono::milliseconds interval, const std::vector<int>& others)
-    : m_interval(std::max(interval, std::chrono::milliseconds{1})) {
+    : m_interval(interval) {
     std::vector<int> signals(others);
     signals.insert(signals.end(), kEndingSignals.begin(), kEndingSignals.end());
     sigemptyset(&m_signals);
@@ -23,12 +23,19 @@ IntervalTimer::IntervalTimer(std::chrono::milliseconds interval, const std::vect
 int IntervalTimer::Wait() {
     const auto next = m_last + ((Clock::now() - m_last) / m_interval + 1) * m_interval;
     for (auto left = next - Clock::now(); left.count() > 0; left = next - Clock::now()) {
-        const timespec limit = TimeSpec(left);
-        const int signal = sigtimedwait(&m_signals, nullptr, &limit);
-        if (signal > 0) {
+        if (const int signal = TakeSignal(left)) {
             return signal;
         }
     }
     m_last = next;
     return 0;
+}
+
+int IntervalTimer::TakeSignal(std::chrono::nanoseconds limit) {
+    const timespec time = TimeSpec(limit);
+    const int signal = sigtimedwait(&m_signals, nullptr, &time);
+    if (std::count(kEndingSignals.begin(), kEndingSignals.end(), signal) != 0) {
+        std::raise(signal);  // is pending again, for a write that blocks
+    }
+    return std::max(signal, 0);
 }

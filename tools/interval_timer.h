@@ -4,16 +4,19 @@
 #include <csignal>
 #include <vector>
 
-// A steady schedule until SIGINT, SIGTERM or SIGHUP comes. These signals are blocked from
-// construction on, unless the process ignores them. One in a process.
+// A fixed interval until an ending signal comes. These signals are blocked from construction on,
+// unless the process ignores them, and stay pending. One in a process.
 class IntervalTimer {
 public:
-    // `others` are signals that end nothing, for Wait to return.
+    // `others` are further signals to wait for.
     explicit IntervalTimer(std::chrono::milliseconds interval, const std::vector<int>& others = {});
 
     // Waits for the end of the interval; those that have passed since the last call are skipped.
     // Returns 0, or the signal that came first.
     int Wait();
+
+    // Returns a signal, or 0 if none comes within the limit.
+    int TakeSignal(std::chrono::nanoseconds limit = {});
 
 private:
     using Clock = std::chrono::steady_clock;

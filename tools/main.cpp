@@ -17,12 +17,12 @@ constexpr ToolCommands kCommands = {
     {"encode", "[--catalogue DIR]", kExchangeWords,
      "Shows the request of a command without sending it.",
      "\n"
-     "MODULE is a module's word or its name. Prints the offset in the request, the bytes, type\n"
-     "and value of each field, then the page's header.\n",
+     "MODULE is a module's selecting word or its name. Prints the offset in the request, the\n"
+     "bytes, type and value of each field, then the page's header.\n",
      StatusSet(kExitNotSent), 2, kAnyNumber, RunEncode},
     {"call", "[--catalogue DIR] [--force] [--json] [--json-strings] [--timeout MS]", kExchangeWords,
      "Sends one command to the service and prints the reply.",
-     "\nMODULE is a module's word or its name. With --json a failure is an object too.\n",
+     "\nMODULE is a module's selecting word or its name.\n",
      StatusSet(kExitNotSent, kExitNoAnswer, kExitRefused, kExitPage, kExitBusy), 2, kAnyNumber,
      RunCall},
     {"watch",
@@ -30,10 +30,10 @@ constexpr ToolCommands kCommands = {
      "MS]",
      kExchangeWords, "Repeats one command and shows its values as they change.",
      "\n"
-     "Takes its turn at the page for each call, on a steady beat; a call that takes longer leaves\n"
-     "beats out. On a terminal a screen with a line for each value, else CSV; until Ctrl-C. A "
-     "call\n"
-     "that fails is shown and counted, and ends nothing.\n",
+     "Takes a turn at the page for each call, at a fixed interval; skips the calls due during a\n"
+     "longer one. Shows one line per value on a terminal, else prints CSV, until Ctrl-C. Shows "
+     "and\n"
+     "counts a failed call and goes on.\n",
      StatusSet(kExitNotSent), 2, kAnyNumber, RunWatch},
     {"monitor", "[--catalogue DIR] [--count N] [--hex] [--json] [--json-strings]",
      " [MODULE [COMMAND]]", "Prints the requests of others with their replies.",

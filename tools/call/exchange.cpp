@@ -14,7 +14,6 @@
 #include "page/share_page_client.h"
 #include "platform/device_root.h"
 #include "tools/call/stop_message.h"
-#include "tools/ending_signals.h"
 
 namespace {
 
@@ -23,7 +22,7 @@ using Clock = std::chrono::steady_clock;
 using MaybeFailure = std::optional<Failure>;
 
 constexpr milliseconds kPollStep{10};
-constexpr milliseconds kSignalStep{50};  // how often a wait looks for a blocked signal
+constexpr milliseconds kGoOnStep{50};  // from one call of goOn to the next
 
 // Whether the file has a page that its disk has no block for. An access then fails as if the file
 // were empty.
@@ -101,13 +100,15 @@ private:
     }
 
     // Calls `wait` with times until which it may wait. Returns its first result other than
-    // `pending`; or `pending` after the timeout or a signal.
+    // `pending`; or `pending` after the timeout or if goOn ended it. As goOn may take long, `wait`
+    // comes after it.
     template <typename Result, typename Wait>
     Result WaitWhile(Result pending, Wait wait) {
         Result result = pending;
         do {
-            result = wait(std::min(m_deadline, Clock::now() + kSignalStep));
-            m_stopped = EndingSignalIsPending();
+            m_stopped = m_limits.goOn && !m_limits.goOn();
+            result =
+                wait(m_stopped ? Clock::now() : std::min(m_deadline, Clock::now() + kGoOnStep));
         } while (result == pending && !m_stopped && Clock::now() < m_deadline);
         return result;
     }
@@ -138,7 +139,7 @@ private:
     const ExchangeLimits& m_limits;
     const int m_file;
     const Clock::time_point m_deadline = Clock::now() + m_limits.timeout;
-    bool m_stopped = false;  // by a signal
+    bool m_stopped = false;  // by goOn
     SharePageClient m_client;
     StopMessage m_stopMessage;
 };

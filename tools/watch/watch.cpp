@@ -1,7 +1,6 @@
-#include <cstdio>
+#include <csignal>
 
 #include "format/printable.h"
-#include "platform/standard_streams.h"
 #include "tools/call/prepared_request.h"
 #include "tools/commands.h"
 #include "tools/interval_timer.h"
@@ -13,15 +12,10 @@
 
 namespace {
 
-constexpr std::size_t kSummaryWidth = 80;  // columns
+// Those that the screen uses, and others that would leave the terminal changed.
+constexpr std::initializer_list<int> kScreenSignals = {SIGTSTP, SIGWINCH, SIGUSR1, SIGUSR2};
 
 using Cells = std::vector<std::string>;
-
-Sample TakeSample(const PreparedRequest& prepared, std::chrono::milliseconds timeout) {
-    Sample sample = {std::chrono::system_clock::now(), {}, {}};
-    sample.failure = Send(prepared, {timeout, false}, sample.reply);
-    return sample;
-}
 
 void PrintJson(const KoFileParse::KoCmdInfo& cmd, const Sample& sample, JsonInt64 int64) {
     Report report("sample", sample.time);
@@ -38,7 +32,7 @@ void PrintCsv(std::size_t values, const Sample& sample) {
     const std::string time = IsoTime(sample.time);
     if (sample.reply.records.empty()) {
         const std::string error = sample.failure ? sample.failure->reason : "";
-        PrintLine(CsvRow({time, "", error}, Cells(values)));
+        WriteOutput(OutputLine(CsvRow({time, "", error}, Cells(values))));
     }
     std::size_t number = 0;
     for (const ReplyRecord& record : sample.reply.records) {
@@ -46,24 +40,40 @@ void PrintCsv(std::size_t values, const Sample& sample) {
         for (const ParcelField& field : record) {
             texts.push_back(ShownText(FieldText(field.value), false));
         }
-        PrintLine(CsvRow({time, std::to_string(++number), ""}, texts));
+        WriteOutput(OutputLine(CsvRow({time, std::to_string(++number), ""}, texts)));
     }
 }
 
-// False if the watch is to end. A stopped one leaves the screen to others.
-bool AwaitNext(IntervalTimer& timer, const WatchScreen& screen) {
-    for (int signal = timer.Wait(); signal != 0; signal = timer.Wait()) {
-        if (signal == SIGTSTP) {
-            WatchScreen::Leave();
-            std::raise(SIGSTOP);
-            screen.Enter();
-        } else if (signal != SIGWINCH) {
-            return false;
-        } else {
-            screen.Draw();
-        }
+// Leaves the screen to others until a shell resumes it; as the default action of SIGTSTP, not if
+// no shell can.
+void Suspend(const WatchScreen& screen) {
+    sigset_t suspend;
+    sigemptyset(&suspend);
+    sigaddset(&suspend, SIGTSTP);
+    WatchScreen::Leave();
+    std::raise(SIGTSTP);
+    pthread_sigmask(SIG_UNBLOCK, &suspend, nullptr);
+    pthread_sigmask(SIG_BLOCK, &suspend, nullptr);
+    screen.Enter();
+}
+
+// What a signal, or 0, asks of the screen. False if it ends the watch.
+bool GoOn(int signal, const WatchScreen& screen) {
+    if (signal == SIGTSTP) {
+        Suspend(screen);
+    } else if (signal == SIGWINCH) {
+        screen.Draw();
     }
-    return true;
+    return signal == 0 || signal == SIGTSTP || signal == SIGWINCH;
+}
+
+// False if the watch is to end.
+bool AwaitNext(IntervalTimer& timer, const WatchScreen& screen) {
+    int signal = 0;
+    do {
+        signal = timer.Wait();
+    } while (signal != 0 && GoOn(signal, screen));
+    return signal == 0;
 }
 
 }  // namespace
@@ -75,16 +85,19 @@ int RunWatch(const CommandLine& line) {
     }
     const Cells names = ValueNames(*prepared.cmd);
     const bool onScreen = OutputIsTerminal() && !line.csv && !line.json;
-    IntervalTimer timer(line.interval,
-                        onScreen ? std::vector{SIGWINCH, SIGTSTP} : std::vector<int>());
-    WatchScreen screen(Printable(line.words[0] + " " + line.words[1]), names);
+    IntervalTimer timer(line.interval, onScreen ? kScreenSignals : std::initializer_list<int>());
+    const std::string interval = " interval=" + std::to_string(line.interval.count()) + "ms";
+    WatchScreen screen(Printable(line.words[0] + " " + line.words[1]) + interval, names);
     if (onScreen) {
         screen.Enter();
     } else if (!line.json) {
-        PrintLine(CsvRow({"time", "record", "error"}, names));
+        WriteOutput(OutputLine(CsvRow({"time", "record", "error"}, names)));
     }
+    const ExchangeLimits limits = {line.timeout, false,
+                                   [&] { return GoOn(timer.TakeSignal(), screen); }};
     for (std::size_t left = line.count; left != 0; --left) {
-        const Sample sample = TakeSample(prepared, line.timeout);
+        Sample sample = {std::chrono::system_clock::now(), {}, {}};
+        sample.failure = Send(prepared, limits, sample.reply);
         if (onScreen) {
             screen.Add(sample);
             screen.Draw();
@@ -93,15 +106,12 @@ int RunWatch(const CommandLine& line) {
         } else {
             PrintCsv(names.size(), sample);
         }
-        if (!FlushOutput() || !WriteOutput("") || left == 1 || !AwaitNext(timer, screen)) {
+        if (!WriteOutput("") || left == 1 || !AwaitNext(timer, screen)) {
             break;
         }
     }
     if (onScreen) {
-        WatchScreen::Leave();
-        for (const std::string& text : screen.Lines(kSummaryWidth)) {
-            PrintLine(text);
-        }
+        screen.End();
     }
     return OutputStatus();
 }

@@ -94,16 +94,16 @@ TEST_F(PageTest, WithoutLocksEveryTurnIsGrantedAndTheLogSaysSoOnce) {
     EXPECT_NE(std::string::npos, rows.find("cannot lock the page")) << rows;
 }
 
-// The reply is there already: only a wait that sleeps before its first look lasts until the alarm,
-// which comes again and again for a wait that began late.
+// The reply is there already, and the request's flag too: only a wait that sleeps before its first
+// look lasts until the alarm, which comes again and again for a wait that began late.
 TEST_F(PageTest, TheFirstLookComesAStepAfterPosting) {
     static volatile std::sig_atomic_t woken = 0;
     SharePageClient client(m_page.Get(), std::chrono::hours(1));
-    StoreHeader(*m_page.Get(), kReplyReady, 4);
+    StoreHeader(*m_page.Get(), kReplyReady | kRequestPosted, 4);
     std::signal(SIGALRM, [](int) { woken = 1; });
     const itimerval often = {{0, 10000}, {0, 10000}};
     setitimer(ITIMER_REAL, &often, nullptr);
-    EXPECT_EQ(PageResult::kDone, client.Wait());
+    EXPECT_EQ(PageResult::kDone, client.Wait(std::chrono::steady_clock::now()));
     EXPECT_EQ(1, woken);
     const itimerval never = {};
     setitimer(ITIMER_REAL, &never, nullptr);

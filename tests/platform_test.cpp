@@ -10,6 +10,7 @@
 #include "platform/ko_file.h"
 #include "platform/ko_securec.h"
 #include "tests/support/test_root.h"
+#include "tools/text.h"
 
 namespace {
 
@@ -96,4 +97,9 @@ TEST(PrintableTest, WhatIsIllFormedIsReplacedAndWhatATerminalObeysEscaped) {
     for (const auto& [text, shown] : cases) {
         EXPECT_EQ(shown, Printable(text));
     }
+}
+
+TEST(IsoTimeTest, MillisecondsHaveThreeDigits) {
+    const std::chrono::system_clock::time_point time{std::chrono::milliseconds(7)};
+    EXPECT_EQ(".007", IsoTime(time).substr(19, 4));
 }

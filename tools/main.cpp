@@ -17,12 +17,12 @@ constexpr ToolCommands kCommands = {
     {"encode", "[--catalogue DIR]", kExchangeWords,
      "Shows the request of a command without sending it.",
      "\n"
-     "MODULE is a module's selecting word or its name. Prints the offset in the request, the\n"
-     "bytes, type and value of each field, then the page's header.\n",
+     "MODULE is a module's word or its name. Prints the offset in the request, the bytes, type\n"
+     "and value of each field, then the page's header.\n",
      StatusSet(kExitNotSent), 2, kAnyNumber, RunEncode},
     {"call", "[--catalogue DIR] [--force] [--json] [--json-strings] [--timeout MS]", kExchangeWords,
      "Sends one command to the service and prints the reply.",
-     "\nMODULE is a module's selecting word or its name.\n",
+     "\nMODULE is a module's word or its name. With --json a failure is an object too.\n",
      StatusSet(kExitNotSent, kExitNoAnswer, kExitRefused, kExitPage, kExitBusy), 2, kAnyNumber,
      RunCall},
     {"watch",

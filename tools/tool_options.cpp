@@ -3,7 +3,7 @@
 #include "platform/read_number.h"
 
 const std::vector<ToolOption> kToolOptions = {
-    {"catalogue", "DIR", "the folder of mods.conf and cmds.conf (the console's own)",
+    {"catalogue", "DIR", "the directory of mods.conf and cmds.conf (the console's own)",
      [](const char* value, CommandLine& line) {
          line.catalogue = value;
          return true;
@@ -12,7 +12,7 @@ const std::vector<ToolOption> kToolOptions = {
      [](const char* value, CommandLine& line) { return ReadNumber(value, line.count); }},
     {"csv", "", "print CSV, as it does anyway where its output is no terminal",
      [](const char*, CommandLine& line) { return line.csv = true; }},
-    {"force", "", "post over an unanswered request; its answer may come instead",
+    {"force", "", "overwrite an unanswered request; its reply may come instead",
      [](const char*, CommandLine& line) { return line.force = true; }},
     {"hex", "", "print the bytes of every message",
      [](const char*, CommandLine& line) { return line.hex = true; }},
@@ -20,7 +20,7 @@ const std::vector<ToolOption> kToolOptions = {
      [](const char* value, CommandLine& line) {
          return ReadMilliseconds(value, line.interval) && line.interval.count() != 0;
      }},
-    {"json", "", "print JSON, one object a line",
+    {"json", "", "print JSON, one object per line",
      [](const char*, CommandLine& line) {
          line.json = JsonInt64::kNumber;
          return true;
@@ -30,7 +30,7 @@ const std::vector<ToolOption> kToolOptions = {
          line.json = JsonInt64::kString;
          return true;
      }},
-    {"timeout", "MS", "wait so long for the turn and the answer (5000)",
+    {"timeout", "MS", "wait up to MS for the turn and the reply (5000)",
      [](const char* value, CommandLine& line) { return ReadMilliseconds(value, line.timeout); }},
     {"help", "", "print the help of the command, or this",
      [](const char*, CommandLine& line) { return line.help = true; }},

@@ -15,7 +15,7 @@ void PrintStatuses(unsigned int further) {
 }
 
 void PrintOptions(const ToolCommand* command, std::FILE* out) {
-    std::fputs("\nOptions, before or behind the command's name:\n", out);
+    std::fputs("\nOptions, before or after the command's name:\n", out);
     for (const ToolOption& option : kToolOptions) {
         if (option.IsOf(command)) {
             std::fprintf(out, "  %-16s %s\n", option.Text().c_str(), option.help);

@@ -1,6 +1,7 @@
 """`call` sends one command to the service and prints the reply."""
 
 import json
+import signal
 import struct
 from math import inf, nan
 
@@ -14,7 +15,7 @@ ECHOED = [
     ("audio setvol 0 35", RULE + "output:0\tvolume:35\t\n" + RULE),
     ("pic setmode \x9bé", RULE + "mode:\x9bé\t\n" + RULE),
     ("scan stop", ""),
-    ("--json aud eq 3 -0.1", '{"band":3,"gain dB":-0.1}\n'),
+    ("--json aud eq 3 -1.0000001", '{"band":3,"gain dB":-1.0000001}\n'),
     ('--json pic setmode a"\\x5c\x01é', '{"mode":"a\\"\\\\x5c\\u0001é"}\n'),
     ("--json-strings -- tun setfreq -1 8", '{"frequency Hz":"-1","bandwidth kHz":8}\n'),
 ]
@@ -34,7 +35,7 @@ REPLIES = [
     ("s", "a", int32(0, -1), 6, ": a count of -1 units"),
     ("ds", "", int32(0, 7, 4, 0, 0), 6, "value 2 of record 1 (string) at byte 8: 4 units need 12 "),
     ("s", "a", int32(0, 2**31 - 1), 6, ": 2147483647 units need 4294967296 bytes, 0 are left"),
-    ("s", "a", int32(0, 1) + b"abcd", 6, ": no zero after 1 units"),
+    ("s", "a", int32(0, 1) + b"abc\0", 6, ": no zero after 1 units"),
 ]
 TERMINAL = [
     # words, what a terminal is not to obey
@@ -97,11 +98,12 @@ def test_no_service(example_catalogue, played_service, flags, options, status):
 
 
 def test_slow_service(example_catalogue, stand_in):
-    stand_in("--delay", 60000)
+    service = stand_in("--delay", 60000)
     for status, fate in (4, "the request stays in it"), (7, "nothing was sent"):
         failed, reason = failed_call("--timeout", 30, "tun", "lock")
         assert failed == status
         assert f"no reply within 30 ms, though a service has the page; {fate}" in reason
+    assert (service.end(signal.SIGTERM), PAGE.read_bytes()[0]) == (0, POSTED)
 
 
 def test_what_keeps_a_request_from_being_sent(example_catalogue):

@@ -29,11 +29,13 @@ def test_missing_file(example_catalogue):
 
 def test_more_words_than_completion_offers():
     names = [f"m{number:03}" for number in range(257)]
-    row = {"instruction": "0x900", "description": "text"}
-    write_catalogue(
-        "".join(block(name, command=name, **row) for name in names),
-        "".join(block(name, command="c" + name, belong_module=name, **row) for name in names),
-    )
+    modules = [block(name, command=name, instruction=name.replace("m", "0x9")) for name in names]
+    commands = [
+        block(name, command=f"c{name}", belong_module=module, instruction=1)
+        for module, count in [("m000", 257), ("m001", 256)]
+        for name in names[:count]
+    ]
+    write_catalogue("".join(modules), "".join(commands))
     errors = [row for row in tool("check").output.splitlines() if "error: " in row]
     assert 'modules are 257: completion offers 256 of them and leaves out "m256"' in errors[0]
-    assert '0x900 are 257: completion offers 256 of them and leaves out "cm256"' in errors[1]
+    assert '0x9000 are 257: completion offers 256 of them and leaves out "cm256"' in errors[1]

@@ -61,11 +61,11 @@ WARNINGS = [
     ("print tags = a,b,c", ": the last tags are never printed"),
     ("print tags = a, b", 'blanks belong to the print tags " b"'),
     ("print tags = a,a", 'the print tag "a" stands for several values'),
-    ("print tags = a\x1b,b", "holds the control byte 0x1b"),
+    ("print tags = a\x7f,b", "holds the control byte 0x7f"),
     ("description = a\xc2\x9bb", "holds the control byte 0x9b"),
     ("description = caf\xe9", "is no UTF-8"),
     ("desc=short", 'is taken for "description", which it begins'),
-    ("description =" + 254 * "v", "has 267 bytes: the console prints a message about it"),
+    ("description =" + 243 * "v", "has 256 bytes: the console prints a message about it"),
 ]
 FINE = ["", "# left zone", "  \t", "command = E0", "para format = " + 127 * "s", "print tags = ,"]
 # Instructions, and what the console takes.

@@ -11,32 +11,32 @@ from programs import SOURCE, Program, run, tool, typed_at_once, wait_until
 
 EXAMPLE = os.environ.get("KO_EXAMPLE", SOURCE / "build/test/tests/stranger/build/lamp_service")
 
+NAME = {"para_format": "s", "print_format": "s"}
 MODULES = block("lamp", command="lamp", instruction=0x900)
 COMMANDS = (
     block("zero", command="zero", belong_module="lamp", instruction=0, print_format="d")
     + block("one", command="one", belong_module="lamp", instruction=1, para_format="d")
-    + block("name", command="name", belong_module="lamp", instruction=2, para_format="s")
+    + block("name", command="name", belong_module="lamp", instruction=2, **NAME)
 )
+LONG = 2037 * "n"
 DOES_NOT_DECODE = "arguments do not decode -> status -2"
 
 REQUESTS = [
     # length, what the page holds before zeros, what the service says
     (0, b"", f"0x0 {DOES_NOT_DECODE}"),
     (2**32 - 1, b"", f"0x0 {DOES_NOT_DECODE}"),
-    (4, b"", "0x0 zero -> status 0 1"),
-    (8, b"", f"0x0 {DOES_NOT_DECODE}"),
+    (4, b"", "0x0 zero -> status 0 1 2"),
     (4088, int32(1), f"0x1 {DOES_NOT_DECODE}"),
     (8, int32(1, 7), "0x1 one 7 -> status 0"),
-    (12, int32(2) + string("a"), "0x2 name a -> status 0"),
-    (8, int32(2) + string("a"), f"0x2 {DOES_NOT_DECODE}"),
-    (12, int32(2, 1) + b"abcd", f"0x2 {DOES_NOT_DECODE}"),  # no zero after the one unit
+    (12, int32(2) + string("\x1b"), "0x2 name \\x1b -> status 0 \\x1b sample2"),
+    (4084, int32(2) + string(LONG), f"0x2 name {LONG} -> status 0 {LONG} (1 records do not fit)"),
     (4, int32(3), "0x3 unknown instruction -> status -1"),
 ]
 
 
 def test_the_stand_in_answers_every_request(stand_in):
     write_catalogue(MODULES, COMMANDS)
-    service = stand_in()
+    service = stand_in("--records", 2)
     for length, data, _ in REQUESTS:
         write_page(POSTED, data.ljust(PAGE_SIZE - 8, b"\0"), length)
         wait_until(lambda: PAGE.read_bytes()[0] == READY, service)

@@ -36,9 +36,10 @@ ILLEGAL = ["tun ", "tun x", "help me", "lOck", "loc", "lock2", 300 * "w"]
 def catalogue(television):
     lock = {"description": "is it locked", "print_format": "d", "print_tags": "locked"}
     write_catalogue(
-        block("tuner", command="tun", instruction=1, description="front end")
-        + block("audio", command="aud", instruction=2, description="sound output"),
+        block("tuner", command="tun", instruction=-2, description="front end")
+        + block("audio", command="aud", description="sound output"),
         block("lock status", command="lock", belong_module="tuner", **lock)
+        + block("lost", belong_module="none", instruction=3, description="lost")
         + block("symbol rate", command="rate", belong_module="tuner"),
     )
 
@@ -50,10 +51,11 @@ def test_from_help_to_quit(stand_in):
     assert shown.endswith("cmds.conf\n" + SESSION)
 
 
-def test_other_lines():
+def test_other_lines(played_service):
     console = Console()
     assert console.answer("lock") == "Error:Illegal Command.\n"
     console.answer("tun")
     answers = [(line, console.answer(line)) for line in ILLEGAL]
     assert answers == [(line, "Error:Illegal Command.\n") for line in ILLEGAL]
     assert console.answer("  ") == ""
+    assert played_service.answer(console, "rate")[0] == [4 * b"\xff"]  # -1

@@ -1,5 +1,6 @@
 """What the console says and offers when catalogue files are missing, broken or large."""
 
+import os
 import pathlib
 import re
 
@@ -34,6 +35,7 @@ def shown(typed):
     [
         (lambda path: None, "Path:(null)\nko_get_one_cfg_file failed. filePath:"),
         (pathlib.Path.touch, ".conf is empty!"),
+        (os.mkfifo, ".conf\nfile path error or open file failure"),
         (pathlib.Path.mkdir, ".conf\nfile path error or open file failure"),
         (lambda path: path.symlink_to("nothing"), ".conf\nfile path error or open file failure"),
         # Opens, but its first byte cannot be read.
@@ -50,6 +52,7 @@ def test_one_bad_file_is_no_catalogue(path, message, make, reason):
 
 
 def test_files_without_blocks():
+    pathlib.Path("root/odm").touch()  # a file in the place of a directory hides no other
     write_catalogue("x\n", "x\n")
     assert shown("").endswith("cmds.conf\nTV $Error:modCount+cmdCount=0\n")
 

@@ -11,11 +11,11 @@ import pyte
 import pytest
 from catalogue import write_commands
 from page import int32, string
-from programs import PATIENCE, Program, Terminal, command_line, wait_until
+from programs import PATIENCE, Program, Terminal, command_line, run, wait_until
 
 pytestmark = pytest.mark.usefixtures("example_catalogue")
 
-PORTS = int32(0, 1) + string('on,"13 V"') + int32(2) + string("off\x1b")
+PORTS = int32(0, 1) + string('on,"13\x1bV"') + int32(2) + string("off\n")
 REFUSED = int32(5)
 ODD = 2**53 + 1  # which is no double
 TICKS = [
@@ -43,12 +43,14 @@ the service refused:
 status 5 (0x5)
 value     now
 port #1   1    ▁▁
-3 more lines
+state #1  TIME on,"13\\
+2 more lines
 """
 CSV = '''\
 time,record,error,port,state
-TIME,1,,1,"on,""13 V"""
-TIME,2,,2,off\x1b
+TIME,1,,1,"on,""13\x1bV"""
+TIME,2,,2,"off
+"
 TIME,,the service refused: status 5 (0x5),,
 TIME,,,,
 '''
@@ -86,7 +88,7 @@ def test_picture(played_service):
 
 
 def test_picture_on_a_small_terminal(played_service):
-    assert picture(played_service, ["tun", "lnb"], [PORTS, PORTS, REFUSED], 9, 26)[0] == NARROW
+    assert picture(played_service, ["tun", "lnb"], [PORTS, PORTS, REFUSED], 10, 26)[0] == NARROW
 
 
 def test_csv(played_service):
@@ -99,8 +101,14 @@ def test_json(played_service):
     watch = Program("ko_cmd_tool", "watch", "--json", "--interval", 1, "--count", 2, "tun", "lnb")
     answered(played_service, watch, PORTS, REFUSED).wait(PATIENCE)
     shown, failed = map(json.loads, watch.shown().splitlines())
-    assert shown["records"] == [{"port": 1, "state": 'on,"13 V"'}, {"port": 2, "state": "off\x1b"}]
+    assert shown["records"] == [{"port": 1, "state": 'on,"13\x1bV"'}, {"port": 2, "state": "off\n"}]
     assert "status 5" in failed["error"]
+
+
+@pytest.mark.parametrize("output", ["--csv", "--json"])
+def test_full_device(output):
+    with open("/dev/full", "w") as full:
+        assert run("ko_cmd_tool", "watch", output, "tun", "lnb", stdout=full).returncode == 1
 
 
 @pytest.mark.parametrize("number", [signal.SIGHUP, signal.SIGINT, signal.SIGQUIT, signal.SIGTERM])

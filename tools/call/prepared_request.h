@@ -19,7 +19,7 @@ std::optional<Failure> FindCommands(const KoFileParse& catalogue,
                                     const std::vector<std::string>& words,
                                     std::vector<const KoFileParse::KoCmdInfo*>& cmds);
 
-// Finds the command that the first two words name, the module by its selecting word or its name,
+// Finds the command that the first two words name, the module by its word or its name,
 // checks the other words as its arguments and encodes them with the console's encoder. Returns
 // nullopt or kExitNotSent.
 std::optional<Failure> Prepare(const CommandLine& line, PreparedRequest& prepared);

@@ -139,12 +139,12 @@ bool Open(TvServicePage& page) {
                                         ignored);
     std::string error;
     if (!page.Open(kSharePageFile, error)) {
-        std::fprintf(stderr, "ko_tv_service: %s\n", error.c_str());
+        std::fprintf(stderr, "ko_tv_service: %s\n", Printable(error).c_str());
         return false;
     }
     if (page.LockError() != 0) {
         std::fprintf(stderr, "ko_tv_service: cannot lock %s, serving without a lock: %s\n",
-                     kSharePageFile, std::strerror(page.LockError()));
+                     Printable(kSharePageFile).c_str(), std::strerror(page.LockError()));
     }
     return true;
 }
@@ -167,7 +167,8 @@ int Run(int argc, char** argv) {
         RefuseOld(page);
     }
     const TvService service(catalogue, settings->service);
-    std::printf("serving %zu commands on %s\n", service.CommandCount(), kSharePageFile);
+    std::printf("serving %zu commands on %s\n", service.CommandCount(),
+                Printable(kSharePageFile).c_str());
     FlushOutput();
     Serve(page, service, settings->delay);
     std::puts("stopped");

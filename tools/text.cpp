@@ -98,7 +98,7 @@ void PrintLine(const std::string& line) {
 }
 
 void Complain(const std::string& message) {
-    std::fprintf(stderr, "ko_cmd_tool: %s\n", message.c_str());
+    std::fprintf(stderr, "ko_cmd_tool: %s\n", Printable(message).c_str());
 }
 
 int Complain(const Failure& failure) {

@@ -42,7 +42,7 @@ std::string OutputLine(const std::string& line);
 // Prints one line to standard output as OutputLine has it.
 void PrintLine(const std::string& line);
 
-// Prints one message line to standard error.
+// Prints one message line to standard error, printable.
 void Complain(const std::string& message);
 
 // Prints the failure's reason so. Returns the exit status.

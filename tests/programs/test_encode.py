@@ -50,7 +50,7 @@ REFUSED = [
     (["lamp", "text", 126 * "a", 127 * "b"], "255 bytes with their blanks"),
     (["lamp", "bad", 1, 2], 'the para format "dq" of "bad" has the unknown letter "q"'),
     (["lamp", "badreply", 1], 'the print format "dx" of "badreply" has the unknown letter "x"'),
-    (["--catalogue", "none", "lamp", "two"], "none/mods.conf: No such file or directory"),
+    (["--catalogue", "\x1b", "lamp", "two"], r"\x1b/mods.conf: No such file or directory"),
     (["clamped", "two"], 'unknown module "clamped"\n'),
     (["Lmap", "two"], 'unknown module "Lmap"; did you mean "lamp"?'),
     (["lamp", "twoo"], 'unknown command "twoo" of the module "lamp"; did you mean "two"?'),

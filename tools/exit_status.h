@@ -17,7 +17,7 @@ enum ExitStatus : int {
 // As the help has them, by the status.
 inline constexpr const char* kExitStatusTexts[] = {
     "done",
-    "errors in a checked catalogue, or the result could not be printed",
+    "the result could not be printed",
     "wrong command line",
     "no such catalogue, module or command, or a refused argument or format",
     "sent, but no reply in time",

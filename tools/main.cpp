@@ -7,11 +7,12 @@ namespace {
 constexpr char kExchangeWords[] = " MODULE COMMAND [ARG ...]";
 
 constexpr ToolCommands kCommands = {
-    {"check", "[--catalogue DIR]", " [DIR]", "Names every mistake of a catalogue with its line.",
+    {"check", "[--catalogue DIR] [--json]", " [DIR]",
+     "Reports every mistake in a catalogue, with file and line.",
      "\n"
-     "DIR is as with --catalogue. Prints the findings as \"file:line: error: text\" and their\n"
-     "counts.\n",
-     StatusSet(), 0, 1, RunCheck},
+     "DIR is as with --catalogue. Prints findings as \"file:line: error: message; remedy\", then\n"
+     "their counts.\n",
+     StatusSet(kExitFailed), 0, 1, RunCheck},
     {"list", "[--catalogue DIR] [--json]", "", "Lists the modules and commands of a catalogue.", "",
      StatusSet(kExitNotSent), 0, 0, RunList},
     {"encode", "[--catalogue DIR]", kExchangeWords,

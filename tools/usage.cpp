@@ -9,7 +9,9 @@ void PrintStatuses(unsigned int further) {
     const unsigned int statuses = further | StatusSet(kExitDone, kExitFailed, kExitUsage);
     for (int status = 0; status <= kExitBusy; ++status) {
         if ((statuses & StatusSet(status)) != 0) {
-            std::printf("  %d  %s\n", status, kExitStatusTexts[status]);
+            const bool findsErrors = (further & StatusSet(status)) != 0 && status == kExitFailed;
+            std::printf("  %d  %s%s\n", status, findsErrors ? "the catalogue has errors, or " : "",
+                        kExitStatusTexts[status]);
         }
     }
 }

@@ -1,30 +1,36 @@
-"""What `check` says of a catalogue: each folder below check/ has one, and its findings."""
+"""What `check` says of a catalogue: each directory below check/ has one, and its findings."""
 
+import json
 import pathlib
 
 import pytest
 from catalogue import CATALOGUE, block, write_catalogue
-from programs import tool
+from programs import Terminal, tool
 
-FOLDERS = sorted(pathlib.Path(__file__).parent.glob("check/*/"))
+DIRECTORIES = sorted(pathlib.Path(__file__).parent.glob("check/*/"))
 
 
-@pytest.mark.parametrize("folder", FOLDERS, ids=lambda folder: folder.name)
-def test_findings(folder):
-    result = tool("check", folder)
-    assert result.output.replace(f"{folder}/", "") == (folder / "findings").read_text()
+@pytest.mark.parametrize("directory", DIRECTORIES, ids=lambda path: path.name)
+def test_findings(directory):
+    result = tool("check", directory)
+    assert result.output.replace(f"{directory}/", "") == (directory / "findings").read_text()
     assert result.status == 1
 
 
 def test_example(example_catalogue):
-    result = tool("check")
-    assert (result.status, result.output) == (0, "0 errors, 0 warnings\n")
+    assert tool("check").output == "0 errors, 0 warnings in root/vendor/etc/atv/dbg\n"
+    assert tool("check", CATALOGUE).status == 0
 
 
-def test_missing_file(example_catalogue):
+def test_json(example_catalogue):
     (CATALOGUE / "cmds.conf").unlink()
-    said = tool("check").output
-    assert "cmds.conf:1: error: the console goes without any module: No such file or" in said
+    finding = json.loads(tool("check", "--json").output)
+    assert list(finding) == ["file", "line", "severity", "message", "remedy"]
+    assert finding["message"] == "the console has no modules: No such file or directory"
+
+
+def test_file_names_on_a_terminal():
+    Terminal("ko_cmd_tool", "check", "\x1b[1m").expect_exact(r"\x1b[1m/mods.conf:1: error: ")
 
 
 def test_more_words_than_completion_offers():
@@ -37,5 +43,5 @@ def test_more_words_than_completion_offers():
     ]
     write_catalogue("".join(modules), "".join(commands))
     errors = [row for row in tool("check").output.splitlines() if "error: " in row]
-    assert 'modules are 257: completion offers 256 of them and leaves out "m256"' in errors[0]
-    assert '0x9000 are 257: completion offers 256 of them and leaves out "cm256"' in errors[1]
+    assert 'modules number 257: completion offers 256 of them, not "m256"' in errors[0]
+    assert '0x9000 number 257: completion offers 256 of them, not "cm256"' in errors[1]

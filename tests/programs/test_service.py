@@ -54,7 +54,7 @@ def test_the_stand_in_takes_only_its_options(words):
 
 def test_the_example_service():
     shutil.copytree(SOURCE / "examples/service", CATALOGUE)
-    assert tool("check").output == "0 errors, 0 warnings\n"
+    assert tool("check", CATALOGUE).output == "0 errors, 0 warnings\n"
     Program(EXAMPLE, PAGE).wait_for("serving ")
     assert tool("call", "--timeout", 60000, "lamp", "set", 2, 37.5).status == 0
     assert '"percent":37.5}' in tool("call", "--timeout", 60000, "--json", "lamp", "get", 2).output

@@ -14,6 +14,7 @@ MISTAKES = [
     (["--json", "encode", "aud", "dec"], 'unknown option "--json" of "encode"'),
     (["encode", "aud"], "usage: ko_cmd_tool encode"),
     (["check", ".", "."], "usage: ko_cmd_tool check"),
+    (["check", "/dev/null"], '"/dev/null" is a file; name its directory'),
     (["--catalogue", ".", "check", "."], "given twice"),
     (["--timeout", "5x", "call", "aud", "dec"], '--timeout takes milliseconds, not "5x"'),
     (["watch", "--interval", "0", "aud", "dec"], '--interval takes milliseconds, not "0"'),

@@ -1,6 +1,8 @@
 #include "tools/check/check.h"
 
 #include <cstdio>
+#include <filesystem>
+#include <nlohmann/json.hpp>
 
 #include "tools/commands.h"
 #include "tools/exit_status.h"
@@ -8,27 +10,36 @@
 
 namespace {
 
+namespace fs = std::filesystem;
+
 template <typename Block>
 bool CheckFile(CheckedFile<Block>& file) {
     if (file.result.fault != LoadFault::kNone) {
-        file.findings.Error(1, "the console goes without any module: {}; it needs both files",
-                            {FaultText(file.result)});
+        file.findings.Error(1, "the console has no modules: {}", {FaultText(file.result)},
+                            "write both files");
         return false;
     }
-    std::vector<std::string> keys;
-    for (const auto& field : KeysOf<decltype(Block::record)>()) {
-        keys.emplace_back(field.key.word);
-    }
-    CheckRows(file.head, keys, file.findings);
+    CheckHead(file);
     for (const Block& block : file.blocks) {
-        CheckRows(block, keys, file.findings);
+        CheckRows(block, file);
         CheckValues(block, file.findings);
     }
     return true;
 }
 
-std::string Counted(std::size_t count, const char* noun) {
-    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+std::string FindingJson(const Finding& finding) {
+    return JsonLine({{"file", finding.file},
+                     {"line", finding.line},
+                     {"severity", finding.severity == Severity::kError ? "error" : "warning"},
+                     {"message", finding.message},
+                     {"remedy", finding.remedy}});
+}
+
+// " in DIR" of the console's own files, which may be in two directories.
+std::string FoundIn(const CataloguePaths& paths) {
+    const std::string modules = fs::path(paths.modules).parent_path();
+    const std::string commands = fs::path(paths.commands).parent_path();
+    return " in " + modules + (commands != modules ? " and " + commands : "");
 }
 
 }  // namespace
@@ -49,17 +60,27 @@ std::vector<Finding> CheckCatalogue(const CataloguePaths& paths) {
 }
 
 int RunCheck(const CommandLine& line) {
-    if (line.catalogue && !line.words.empty()) {
-        Complain("the folder is given twice");
+    const bool twice = line.catalogue && !line.words.empty();
+    const auto directory = line.words.empty() ? line.catalogue : std::optional(line.words[0]);
+    std::error_code none;
+    if (twice ||
+        (directory && fs::exists(*directory, none) && !fs::is_directory(*directory, none))) {
+        Complain(twice ? "the directory is given twice"
+                       : Quoted(*directory) + " is a file; name its directory");
         return kExitUsage;
     }
-    const auto folder = line.words.empty() ? line.catalogue : std::optional(line.words[0]);
+    const CataloguePaths paths = FindCatalogue(directory);
     std::size_t errors = 0;
     std::size_t warnings = 0;
-    for (const Finding& finding : CheckCatalogue(FindCatalogue(folder))) {
-        PrintLine(FindingLine(finding));
+    for (const Finding& finding : CheckCatalogue(paths)) {
+        const std::string text =
+            line.json ? FindingJson(finding) : OutputLine(FindingLine(finding));
+        std::fputs(text.c_str(), stdout);
         ++(finding.severity == Severity::kError ? errors : warnings);
     }
-    std::printf("%s, %s\n", Counted(errors, "error").c_str(), Counted(warnings, "warning").c_str());
+    if (!line.json) {
+        PrintLine(Counted(errors, "error") + ", " + Counted(warnings, "warning") +
+                  (directory ? "" : FoundIn(paths)));
+    }
     return errors == 0 ? kExitDone : kExitFailed;
 }

@@ -13,16 +13,10 @@ std::vector<Finding> CheckCatalogue(const CataloguePaths& paths);
 
 // The parts of the check. Each adds its findings about one file, or about both.
 
-// rows.cpp: what is no row of a block, over a limit, given twice, or cut. `keys` are those of the
-// file.
-void CheckRows(const std::vector<KeyRow>& head, const std::vector<std::string>& keys,
-               FindingList& findings);
-void CheckRows(const CatalogueBlock& block, const std::vector<std::string>& keys,
-               FindingList& findings);
-
-// The name of the block that a row, which is no title, was meant to open; empty when it is a
-// comment or has no bracket at either end.
-std::string_view TitleMeant(std::string_view row);
+// rows.cpp: what is not a row of a block, is over a limit, given twice, or cut. Of the file's rows
+// before its first block, and of a block.
+void CheckHead(CheckedRows& file);
+void CheckRows(const CatalogueBlock& block, CheckedRows& file);
 
 // values.cpp: the values of a block by themselves, the bytes of a row that the console takes, and
 // those of a text that it prints.
@@ -32,7 +26,7 @@ void CheckBytes(const FileRow& row, FindingList& findings);
 void CheckShown(std::size_t line, const std::string& what, const std::string& text,
                 FindingList& findings);
 
-// numbers.cpp: the instructions, by themselves and beside each other.
+// numbers.cpp: the instructions, by themselves and compared with each other.
 void CheckNumber(const ModuleBlock& block, FindingList& findings);
 void CheckNumber(const CmdBlock& block, FindingList& findings);
 void CheckNumbers(CheckedCatalogue& checked);
@@ -40,6 +34,6 @@ void CheckNumbers(CheckedCatalogue& checked);
 // formats.cpp: the formats of a command and the labels.
 void CheckFormats(const CmdBlock& block, FindingList& findings);
 
-// fates.cpp: what became of the blocks when the console filed them, and what they are to each
+// fates.cpp: what became of the blocks when the console stored them, and what they are to each
 // other.
 void CheckFates(CheckedCatalogue& checked);

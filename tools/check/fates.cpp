@@ -1,4 +1,5 @@
 #include <iterator>
+#include <map>
 #include <set>
 #include <string>
 #include <unordered_map>
@@ -24,9 +25,8 @@ void CheckGroup(const Table& group, const Blocks& blocks, const std::string& wha
     const auto& [key, record] = *std::next(group.begin(), kWordTableSize);
     findings.Error(
         blocks.at(&record)->title.line,
-        "{} are {}: completion offers {} of them and leaves out {} and what sorts "
-        "behind it; {}",
-        {what, std::to_string(group.size()), std::to_string(kWordTableSize), Quoted(key), remedy});
+        "{} number {}: completion offers {} of them, not {} or any after it",
+        {what, std::to_string(group.size()), std::to_string(kWordTableSize), Quoted(key)}, remedy);
 }
 
 // Words what became of the blocks, and what stored blocks are to each other.
@@ -35,10 +35,9 @@ public:
     explicit FateCheck(CheckedCatalogue& checked)
         : m_catalogue(checked.catalogue),
           m_modules(checked.modules.findings),
-          m_commands(checked.commands.findings) {
-        NoteLostTitles(checked.modules.head);
+          m_commands(checked.commands.findings),
+          m_titlesMeant(checked.modules.titlesMeant) {
         for (const ModuleBlock& block : checked.modules.blocks) {
-            NoteLostTitles(block.strays);
             if (block.stored.fate == Fate::kStored) {
                 m_moduleBlocks.emplace(block.stored.module, &block);
             }
@@ -64,9 +63,9 @@ public:
         const std::string& word = block.record.m_strCmd;
         if (block.stored.fate == Fate::kTaken) {
             m_modules.Error(
-                block.title.line,
-                "the module {} is defined at {} already: this block is lost; rename one",
-                {Quoted(name), m_modules.Place(BlockOf(*block.stored.module).title.line)});
+                block.title.line, "the module {} is already defined at {}: this block is ignored",
+                {Quoted(name), m_modules.Place(BlockOf(*block.stored.module).title.line)},
+                "rename one");
             return;
         }
         if (word.empty() || m_selected.at(word) == &block) {
@@ -74,17 +73,17 @@ public:
         }
         const ModuleBlock& first = *m_selected.at(word);
         m_modules.Error(block.LineOf(kCommandKey),
-                        "the word {} selects the module {} of {}, never {}; "
-                        "give one of them another word",
+                        "the word {} selects the module {} of {}, never {}",
                         {Quoted(word), Quoted(first.record.m_strName),
-                         m_modules.Place(first.LineOf(kCommandKey)), Quoted(name)});
+                         m_modules.Place(first.LineOf(kCommandKey)), Quoted(name)},
+                        "give one of them another word");
     }
 
     void CheckCommand(const CmdBlock& block) {
         CheckShadowed(block);
-        if (block.stored.fate == Fate::kTaken) {
+        if (block.stored.fate == Fate::kTaken && !block.record.m_strCmd.empty()) {
             CheckTaken(block);
-        } else if (block.stored.fate != Fate::kStored) {
+        } else if (block.stored.fate == Fate::kNoModule || block.stored.fate == Fate::kNoNumber) {
             CheckBelonging(block);
         }
     }
@@ -100,27 +99,43 @@ public:
         }
     }
 
+    // Each name that costs blocks is one finding, unless its cause is reported by itself: an
+    // instruction that does not count or is lost, or a row that was meant as the title.
+    void CheckIgnored() {
+        for (const auto& [name, blocks] : m_ignored) {
+            const ModuleInfo* module = blocks[0]->stored.module;
+            if (module != nullptr) {
+                CheckNumberless(BlockOf(*module), blocks);
+            } else if (m_titlesMeant.count(name) == 0) {
+                CheckUnknown(name, blocks);
+            }
+        }
+    }
+
     void CheckModulesWithoutCommands() {
         for (const auto& [name, module] : m_catalogue.AllModules()) {
             const auto number = static_cast<unsigned int>(module.m_instruct);
-            if (m_named.count(name) == 0 && m_catalogue.AllCmds().at(number).empty()) {
-                m_modules.Warning(BlockOf(module).title.line,
-                                  "the module {} has no commands; add one, or mend the "
-                                  "\"belong module\" that should name it",
-                                  {Quoted(name)});
+            if (m_named.count(name) == 0 && TrimConfigText(name) == name &&
+                m_catalogue.AllCmds().at(number).empty()) {
+                m_modules.Warning(BlockOf(module).title.line, "the module {} has no commands",
+                                  {Quoted(name)},
+                                  "add one, or fix the \"belong module\" that should name it");
             }
         }
     }
 
 private:
+    using Blocks = std::vector<const CmdBlock*>;
+
     void CheckShadowed(const CmdBlock& block) {
         const auto module = m_selected.find(block.record.m_strCmd);
         if (module != m_selected.end()) {
             m_commands.Error(
                 block.LineOf(kCommandKey),
-                "the word {} is shadowed: it selects the module {} of {}; choose another",
+                "the word {} is shadowed: it selects the module {} of {}",
                 {Quoted(block.record.m_strCmd), Quoted(module->second->record.m_strName),
-                 m_modules.Place(module->second->LineOf(kCommandKey))});
+                 m_modules.Place(module->second->LineOf(kCommandKey))},
+                "choose another");
         }
     }
 
@@ -133,62 +148,76 @@ private:
                 : FormatText(" for the module {}, which has the same instruction", {Quoted(other)});
         m_commands.Error(
             block.LineOf(kCommandKey),
-            "the command word {} is defined at {} already{}: this block is lost; rename one",
-            {Quoted(block.record.m_strCmd), m_commands.Place(first.LineOf(kCommandKey)), sharing});
+            "the command word {} is already defined at {}{}: this block is ignored",
+            {Quoted(block.record.m_strCmd), m_commands.Place(first.LineOf(kCommandKey)), sharing},
+            "rename one");
     }
 
     void CheckBelonging(const CmdBlock& block) {
-        const std::string& name = block.record.m_strBelongMod;
-        const std::size_t line = block.LineOf(kBelongModKey);
-        if (block.IsLost(kBelongModKey) ||
-            (block.stored.fate == Fate::kNoModule && m_lostTitles.count(name) == 1)) {
-            return;  // reported with the row that ended the block or was meant as the title
-        }
-        if (block.stored.fate == Fate::kNoNumber) {
-            m_commands.Error(
-                line,
-                "the belong module {}, defined at {}, has no instruction: the block is lost; "
-                "give the module one",
-                {Quoted(name), m_modules.Place(BlockOf(*block.stored.module).title.line)});
-        } else if (block.Find(kBelongModKey) != nullptr) {
-            m_commands.Error(line, "the belong module {} names no module: the block is lost; {}",
-                             {Quoted(name), NameRemedy(name)});
-        } else {
-            m_commands.Error(
-                line,
-                "the block {} has no \"belong module\": it is lost; add the title of its module",
-                {Quoted(block.record.m_strName)});
+        if (block.IsGiven(kBelongModKey)) {
+            m_ignored[block.record.m_strBelongMod].push_back(&block);
+        } else if (!block.IsLost(kBelongModKey)) {
+            m_commands.Error(block.title.line,
+                             "the block {} has no \"belong module\": it is ignored",
+                             {Quoted(block.record.m_strName)}, "add the title of its module");
         }
     }
 
-    // What to write instead of the name that no module has.
-    std::string NameRemedy(const std::string& name) {
-        constexpr std::size_t kMostSearches = 8;  // each looks at every module
-        const std::string otherwise = "write the title of a module";
+    void CheckNumberless(const ModuleBlock& module, const Blocks& blocks) {
+        if (module.Find(kInstructionKey) == nullptr && !module.IsLost(kInstructionKey)) {
+            m_modules.Error(module.title.line, "the module {} has no \"instruction\": {}",
+                            {Quoted(module.record.m_strName), Ignored(blocks)}, "add one");
+        }
+    }
+
+    // The title is to blame if several blocks agree on a name and none has that of the nearest
+    // module.
+    void CheckUnknown(const std::string& name, const Blocks& blocks) {
+        const ModuleInfo* nearest = NearestModule(name);
+        const bool isNew = nearest != nullptr && m_named.insert(nearest->m_strName).second;
+        if (isNew && blocks.size() > 1 && m_selected.count(name) == 0) {
+            m_modules.Error(BlockOf(*nearest).title.line,
+                            "no block belongs to the module {}, but to {}: {}",
+                            {Quoted(nearest->m_strName), Quoted(name), Ignored(blocks)},
+                            DidYouMean("[" + name + "]", ""));
+            return;
+        }
+        m_commands.Error(blocks[0]->LineOf(kBelongModKey), "no module is called {}: {}",
+                         {Quoted(name), Ignored(blocks)},
+                         DidYouMean(nearest != nullptr ? nearest->m_strName : "",
+                                    "write the title of a module"));
+    }
+
+    // The module that has the name for its word, or the one whose name is nearest; null if none is.
+    const ModuleInfo* NearestModule(const std::string& name) {
+        constexpr int kMostSearches = 8;  // each looks at every module
         const auto selected = m_selected.find(name);
         if (selected != m_selected.end()) {
-            return DidYouMean(selected->second->record.m_strName, otherwise);
+            return selected->second->stored.module;
         }
-        const auto [remedy, isNew] = m_remedies.try_emplace(name, otherwise);
-        if (isNew && m_remedies.size() <= kMostSearches) {
-            const auto names = m_catalogue.GetModNames();
-            remedy->second = DidYouMean(Nearest(name, {names.begin(), names.end()}), otherwise);
+        if (++m_searches > kMostSearches) {
+            return nullptr;
         }
-        return remedy->second;
+        const auto names = m_catalogue.GetModNames();
+        const auto nearest =
+            m_catalogue.AllModules().find(Nearest(name, {names.begin(), names.end()}));
+        return nearest != m_catalogue.AllModules().end() ? &nearest->second : nullptr;
     }
 
-    void NoteLostTitles(const std::vector<KeyRow>& strays) {
-        for (const KeyRow& stray : strays) {
-            const std::string_view title = TitleMeant(stray.row.text);
-            if (stray.word.empty() && !title.empty()) {
-                m_lostTitles.emplace(title);
-            }
+    // "2 blocks ignored (cmds.conf:3, 12)"
+    std::string Ignored(const Blocks& blocks) const {
+        constexpr std::size_t kMostPlaces = 8;
+        std::string places = m_commands.Place(blocks[0]->LineOf(kBelongModKey));
+        for (std::size_t i = 1; i < blocks.size() && i <= kMostPlaces; ++i) {
+            places += ", " +
+                      (i == kMostPlaces ? "..." : std::to_string(blocks[i]->LineOf(kBelongModKey)));
         }
+        return FormatText("{} ignored ({})", {Counted(blocks.size(), "block"), places});
     }
 
     void NoteNames(const std::vector<KeyRow>& strays) {
         for (const KeyRow& stray : strays) {
-            if (stray.word == kBelongModKey.word) {
+            if (stray.meant == kBelongModKey.word) {
                 m_named.insert(stray.Value());
             }
         }
@@ -206,8 +235,9 @@ private:
     std::unordered_map<const CmdInfo*, const CmdBlock*> m_cmdBlocks;
     std::unordered_map<std::string, const ModuleBlock*> m_selected;  // by the word that selects it
     std::set<std::string> m_named;                                   // what "belong module" says
-    std::set<std::string> m_lostTitles;                       // of modules; rows.cpp reports them
-    std::unordered_map<std::string, std::string> m_remedies;  // by the name of no module
+    const std::set<std::string>& m_titlesMeant;                      // of modules
+    std::map<std::string, Blocks> m_ignored;  // by a name without a module, or one without a number
+    int m_searches = 0;
 };
 
 }  // namespace
@@ -220,6 +250,7 @@ void CheckFates(CheckedCatalogue& checked) {
     for (const CmdBlock& block : checked.commands.blocks) {
         check.CheckCommand(block);
     }
+    check.CheckIgnored();
     check.CheckGroups();
     check.CheckModulesWithoutCommands();
 }

@@ -5,14 +5,14 @@
 
 #include "tools/text.h"
 
-void FindingList::Error(std::size_t line, std::string_view text,
-                        std::initializer_list<std::string> values) {
-    m_findings.push_back({m_file, line, Severity::kError, FormatText(text, values)});
+void FindingList::Error(std::size_t line, std::string_view message,
+                        std::initializer_list<std::string> values, const std::string& remedy) {
+    m_findings.push_back({m_file, line, Severity::kError, FormatText(message, values), remedy});
 }
 
-void FindingList::Warning(std::size_t line, std::string_view text,
-                          std::initializer_list<std::string> values) {
-    m_findings.push_back({m_file, line, Severity::kWarning, FormatText(text, values)});
+void FindingList::Warning(std::size_t line, std::string_view message,
+                          std::initializer_list<std::string> values, const std::string& remedy) {
+    m_findings.push_back({m_file, line, Severity::kWarning, FormatText(message, values), remedy});
 }
 
 std::string FindingList::Place(std::size_t line) const {
@@ -25,7 +25,12 @@ std::vector<Finding> FindingList::Take() {
     return std::move(m_findings);
 }
 
+std::string Counted(std::size_t count, const std::string& noun) {
+    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
 std::string FindingLine(const Finding& finding) {
     return finding.file + ":" + std::to_string(finding.line) +
-           (finding.severity == Severity::kError ? ": error: " : ": warning: ") + finding.text;
+           (finding.severity == Severity::kError ? ": error: " : ": warning: ") + finding.message +
+           "; " + finding.remedy;
 }

@@ -13,7 +13,8 @@ struct Finding {
     std::string file;
     std::size_t line;  // counted from 1
     Severity severity;
-    std::string text;
+    std::string message;  // what is wrong
+    std::string remedy;   // what to do about it
 };
 
 // The findings about one file, in the order in which they are made.
@@ -21,12 +22,11 @@ class FindingList {
 public:
     explicit FindingList(std::string file) : m_file(std::move(file)) {}
 
-    // Each adds a finding about the line. The text says what is wrong, then what to do about it;
-    // each "{}" in it stands for one of the values.
-    void Error(std::size_t line, std::string_view text,
-               std::initializer_list<std::string> values = {});
-    void Warning(std::size_t line, std::string_view text,
-                 std::initializer_list<std::string> values = {});
+    // Each adds a finding about the line. Each "{}" in the message stands for one of the values.
+    void Error(std::size_t line, std::string_view message,
+               std::initializer_list<std::string> values, const std::string& remedy);
+    void Warning(std::size_t line, std::string_view message,
+                 std::initializer_list<std::string> values, const std::string& remedy);
 
     // "mods.conf:3"; how a finding names another place.
     std::string Place(std::size_t line) const;
@@ -40,5 +40,8 @@ private:
     std::vector<Finding> m_findings;
 };
 
-// One line without its end, "file:line: error: text".
+// "1 error", "2 errors".
+std::string Counted(std::size_t count, const std::string& noun);
+
+// One line without its end, "file:line: error: message; remedy".
 std::string FindingLine(const Finding& finding);

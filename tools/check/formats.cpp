@@ -34,26 +34,24 @@ void CheckLetters(const CmdBlock& block, const ConfigKey& key, const std::string
     const std::size_t line = block.LineOf(key);
     const std::string name(key.word);
     if (!unknown.empty()) {
-        findings.Error(line,
-                       "the {} {} has unknown letters: {}; "
-                       "write one letter for each value and nothing between: {}",
-                       {name, Quoted(format), Quoted(unknown), LettersText()});
+        findings.Error(line, "the {} {} has unknown letters: {}",
+                       {name, Quoted(format), Quoted(unknown)},
+                       "write one letter per value and nothing else: " + LettersText());
     }
     if (std::any_of(format.begin(), format.end(), IsWithoutValue)) {
-        findings.Warning(line, "the {} {} has the letter \"S\", which carries no value; use \"s\"",
-                         {name, Quoted(format)});
+        findings.Warning(line, "the {} {} has the letter \"S\", which has no value",
+                         {name, Quoted(format)}, "use \"s\"");
     }
 }
 
 // The labels and letters of a format that has both.
-void CheckCount(std::size_t line, std::size_t tags, std::size_t letters, FindingList& findings) {
-    if (tags != letters) {
-        findings.Warning(line,
-                         "the print tags are {}, the letters of the print format {}: {}; "
-                         "write one tag for each letter",
-                         {std::to_string(tags), std::to_string(letters),
-                          tags < letters ? "values without a tag are taken for the next record's"
-                                         : "the last tags are never printed"});
+void CheckCount(std::size_t line, std::size_t labels, std::size_t letters, FindingList& findings) {
+    if (labels != letters) {
+        findings.Error(line, "{} for {} of the print format: {}",
+                       {Counted(labels, "label"), Counted(letters, "letter"),
+                        labels < letters ? "the other values are read as the next record"
+                                         : "the last labels are not printed"},
+                       "write one label per letter, and no comma in a label");
     }
 }
 
@@ -62,7 +60,7 @@ void CheckLabels(std::size_t line, const Array<std::string>& labels, FindingList
     std::set<std::string> repeated;
     std::vector<std::string> padded;
     for (const std::string& label : labels) {
-        CheckShown(line, "print tag", label, findings);
+        CheckShown(line, "label", label, findings);
         if (TrimConfigText(label) != label) {
             padded.push_back(Quoted(label));
         }
@@ -71,13 +69,12 @@ void CheckLabels(std::size_t line, const Array<std::string>& labels, FindingList
         }
     }
     if (!padded.empty()) {
-        findings.Warning(line, "blanks belong to the print tags {}; write no blank beside a comma",
-                         {Joined(padded, ", ")});
+        findings.Warning(line, "the labels {} begin or end with a blank", {Joined(padded, ", ")},
+                         "write no blank next to a comma");
     }
     for (const std::string& label : repeated) {
-        findings.Warning(line,
-                         "the print tag {} stands for several values; give each a tag of its own",
-                         {Quoted(label)});
+        findings.Warning(line, "the label {} is used more than once", {Quoted(label)},
+                         "give each value its own label");
     }
 }
 
@@ -95,14 +92,12 @@ void CheckTags(const CmdBlock& block, FindingList& findings) {
         CheckCount(row->row.line, labels.size(), format.size(), findings);
     } else if (row != nullptr) {
         findings.Warning(row->row.line,
-                         "the print tags {} have no print format: nothing of a reply is printed; "
-                         "write one letter for each tag",
-                         {Quoted(row->Value())});
+                         "the print tags {} have no print format: replies print nothing",
+                         {Quoted(row->Value())}, "write one letter per label");
     } else if (!format.empty()) {
         findings.Warning(block.LineOf(kPrintFmtKey),
-                         "the print format {} has no print tags: nothing of a reply is printed; "
-                         "write one tag for each letter",
-                         {Quoted(format)});
+                         "the print format {} has no print tags: replies print nothing",
+                         {Quoted(format)}, "write one label per letter");
     }
 }
 
@@ -113,9 +108,9 @@ void CheckArgumentText(const CmdBlock& block, FindingList& findings) {
     if (arguments > most) {
         findings.Warning(
             block.LineOf(kParaFormatKey),
-            "the {} arguments of the para format cannot fit the {} characters of "
-            "argument text; take {} at most",
-            {std::to_string(arguments), std::to_string(kArgumentTextLimit), std::to_string(most)});
+            "the {} arguments of the para format do not fit the {} characters of argument text",
+            {std::to_string(arguments), std::to_string(kArgumentTextLimit)},
+            FormatText("use at most {}", {std::to_string(most)}));
     }
 }
 

@@ -1,5 +1,3 @@
-#include <algorithm>
-#include <cctype>
 #include <unordered_map>
 
 #include "platform/read_number.h"
@@ -11,33 +9,28 @@ namespace {
 using ModuleInfo = KoFileParse::KoModuleInfo;
 using CmdInfo = KoFileParse::KoCmdInfo;
 
-bool IsDigit(char byte) {
-    return std::isdigit(static_cast<unsigned char>(byte)) != 0;
-}
+constexpr char kNumberRemedy[] = "write 0x0 to 0x7fffffff and nothing else";
 
 // A number of several digits that is another one where they count as decimal.
 void CheckBase(std::size_t line, const std::string& value, const HexNumber& number,
                FindingList& findings) {
     std::int32_t decimal = 0;
-    if (number.clamped || !std::all_of(value.begin(), value.end(), IsDigit) ||
+    if (number.clamped || value.find_first_not_of("0123456789") != std::string::npos ||
         !ReadNumber(value, decimal) || decimal == number.value) {
         return;
     }
-    findings.Warning(line,
-                     "the instruction {} is hexadecimal, so it is {} in decimal; "
-                     "write {}, or {} for a decimal {}",
-                     {Quoted(value), std::to_string(number.value), Hex(number.value), Hex(decimal),
-                      std::to_string(decimal)});
+    findings.Warning(line, "the instruction {} is hexadecimal: {} in decimal",
+                     {Quoted(value), std::to_string(number.value)},
+                     FormatText("write {}, or {} for decimal {}",
+                                {Hex(number.value), Hex(decimal), std::to_string(decimal)}));
 }
 
 // Whether the block has an instruction of its own that is well written.
 bool HasNumber(const CatalogueBlock& block) {
-    if (!block.IsGiven(kInstructionKey)) {
-        return false;
-    }
-    const std::string value = block.Find(kInstructionKey)->Value();
+    const KeyRow* row = block.Find(kInstructionKey);
+    const std::string value = row != nullptr ? row->Value() : "";
     const HexNumber number = ParseHexNumber(value);
-    return number.usedLength != 0 && number.usedLength == value.size() && !number.clamped;
+    return !value.empty() && number.usedLength == value.size() && !number.clamped;
 }
 
 void CheckDigits(const CatalogueBlock& block, FindingList& findings) {
@@ -48,10 +41,8 @@ void CheckDigits(const CatalogueBlock& block, FindingList& findings) {
     const std::size_t line = block.LineOf(kInstructionKey);
     const HexNumber number = ParseHexNumber(value);
     const auto report = [&](const char* what) {
-        findings.Error(line,
-                       "the instruction {} {}: {} is taken; "
-                       "write 0x0 to 0x7fffffff and nothing else",
-                       {Quoted(value), what, Hex(number.value)});
+        findings.Error(line, "the instruction {} {}: it is read as {}",
+                       {Quoted(value), what, Hex(number.value)}, kNumberRemedy);
     };
     if (number.usedLength == 0) {
         report("is not hexadecimal");
@@ -70,15 +61,8 @@ std::string Difference(const ConfigKey& key, const std::string& here, const std:
                                       {std::string(key.word), Quoted(here), Quoted(there)});
 }
 
-// What differs between two kinds of records that have the same number: whether -1 counts as one,
-// how a finding names the record, and what the sharing means.
-bool HasOwnNumber(const ModuleInfo& module) {
-    return module.m_instruct != -1;
-}
-bool HasOwnNumber(const CmdInfo& /*cmd*/) {
-    return true;
-}
-
+// What differs between two kinds of records that have the same number: how a finding names the
+// record, and what the sharing means.
 std::string NameOf(const ModuleInfo& module) {
     return "the module " + Quoted(module.m_strName);
 }
@@ -87,7 +71,7 @@ std::string NameOf(const CmdInfo& cmd) {
 }
 
 std::string Effect(const ModuleInfo& /*here*/, const ModuleInfo& /*there*/) {
-    return ": each has the commands of both";
+    return ": each module has the commands of both";
 }
 std::string Effect(const CmdInfo& here, const CmdInfo& there) {
     return Difference(kParaFormatKey, here.m_strParaFmt, there.m_strParaFmt) +
@@ -99,17 +83,17 @@ void CheckShared(CheckedFile<Block>& file) {
     std::unordered_map<std::int32_t, const Block*> firsts;  // by their numbers
     for (const Block& block : file.blocks) {
         if (block.stored.fate != KoFileParse::Fate::kStored || !HasNumber(block) ||
-            !HasOwnNumber(block.record)) {
+            block.record.m_instruct == -1) {
             continue;
         }
         const Block& first = *firsts.emplace(block.record.m_instruct, &block).first->second;
         if (&first != &block) {
-            file.findings.Warning(
-                block.LineOf(kInstructionKey),
-                "the instruction {} is that of {} at {} too{}; give each a number of its own",
-                {Hex(block.record.m_instruct), NameOf(first.record),
-                 file.findings.Place(first.LineOf(kInstructionKey)),
-                 Effect(block.record, first.record)});
+            file.findings.Warning(block.LineOf(kInstructionKey),
+                                  "the instruction {} is also that of {} at {}{}",
+                                  {Hex(block.record.m_instruct), NameOf(first.record),
+                                   file.findings.Place(first.LineOf(kInstructionKey)),
+                                   Effect(block.record, first.record)},
+                                  "give each its own number");
         }
     }
 }
@@ -119,20 +103,16 @@ void CheckShared(CheckedFile<Block>& file) {
 void CheckNumber(const ModuleBlock& block, FindingList& findings) {
     CheckDigits(block, findings);
     if (block.IsGiven(kInstructionKey) && block.record.m_instruct == -1) {
-        findings.Error(
-            block.LineOf(kInstructionKey),
-            "the instruction {} counts as none; write 0x0 to 0x7fffffff and nothing else",
-            {Quoted(block.Find(kInstructionKey)->Value())});
+        findings.Error(block.LineOf(kInstructionKey), "the instruction {} counts as none",
+                       {Quoted(block.Find(kInstructionKey)->Value())}, kNumberRemedy);
     }
 }
 
 void CheckNumber(const CmdBlock& block, FindingList& findings) {
     CheckDigits(block, findings);
     if (block.Find(kInstructionKey) == nullptr && !block.IsLost(kInstructionKey)) {
-        findings.Error(block.title.line,
-                       "the block {} has no \"instruction\": -1 is sent; "
-                       "add the number that the service knows",
-                       {Quoted(block.record.m_strName)});
+        findings.Error(block.title.line, "the block {} has no \"instruction\": -1 is sent",
+                       {Quoted(block.record.m_strName)}, "add the number that the service knows");
     }
 }
 

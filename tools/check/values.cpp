@@ -14,11 +14,11 @@ namespace {
 // What keeps the byte from being typed as part of a word; empty when nothing does.
 std::string TypingFault(char byte, bool blanksCount) {
     if (IsPartOfArrowKey(byte)) {
-        return FormatText("the prompt takes \"{}\" for a part of an arrow key",
+        return FormatText("the prompt reads \"{}\" as part of an arrow key",
                           {std::string(1, byte)});
     }
     if (std::iscntrl(static_cast<unsigned char>(byte)) != 0) {
-        return "it holds the control byte " + Hex(static_cast<unsigned char>(byte));
+        return "it has the control byte " + Hex(static_cast<unsigned char>(byte));
     }
     return blanksCount && byte == ' ' ? "a blank ends the word" : "";
 }
@@ -32,21 +32,20 @@ void CheckWord(const Block& block, bool blanksCount, FindingList& findings) {
     const std::string& word = block.record.m_strCmd;
     const std::size_t line = block.LineOf(kCommandKey);
     if (word.empty()) {
-        findings.Error(line, "the block {} has no \"command\"; add the word that is typed for it",
-                       {Quoted(block.record.m_strName)});
+        findings.Error(line, "the block {} has no \"command\"", {Quoted(block.record.m_strName)},
+                       "add the word to type for it");
     }
     for (const char byte : word) {
         const std::string fault = TypingFault(byte, blanksCount);
         if (!fault.empty()) {
-            findings.Error(
-                line, "the word {} cannot be typed: {}; use lower case, digits, \"_\" and \"-\"",
-                {Quoted(word), fault});
+            findings.Error(line, "the word {} cannot be typed: {}", {Quoted(word), fault},
+                           "use lower case, digits, \"_\" and \"-\"");
             break;
         }
     }
     if (kHelpWord.IsTyped(word.c_str()) || kQuitWord.IsTyped(word.c_str())) {
-        findings.Error(line, "the word {} is shadowed by the prompt's own; choose another",
-                       {Quoted(word)});
+        findings.Error(line, "the word {} is one of the prompt's own", {Quoted(word)},
+                       "choose another");
     }
 }
 
@@ -55,8 +54,8 @@ void CheckDescription(const Block& block, FindingList& findings) {
     const std::string& description = block.record.m_strDescrip;
     const std::size_t line = block.LineOf(kDescriptionKey);
     if (!block.IsLost(kDescriptionKey) && description.empty()) {
-        findings.Warning(line, "the block {} has no description; add one, which \"help\" shows",
-                         {Quoted(block.record.m_strName)});
+        findings.Warning(line, "the block {} has no description", {Quoted(block.record.m_strName)},
+                         "add one for \"help\"");
     }
     CheckShown(line, "description", description, findings);
 }
@@ -82,15 +81,13 @@ std::optional<unsigned char> FindControl(std::string_view text) {
 void CheckValues(const ModuleBlock& block, FindingList& findings) {
     const std::string& name = block.record.m_strName;
     if (name.empty()) {
-        findings.Error(block.title.line,
-                       "{} names no module: it cannot be selected; "
-                       "write a name between the brackets",
-                       {Quoted(block.title.text)});
+        findings.Error(block.title.line, "{} has no name: the module cannot be selected",
+                       {Quoted(block.title.text)}, "write a name between the brackets");
     } else if (TrimConfigText(name) != name) {
-        findings.Warning(block.title.line,
-                         "no \"belong module\" can name {}, whose blanks belong to the name; "
-                         "remove them",
-                         {Quoted(name)});
+        findings.Warning(
+            block.title.line,
+            "the name {} begins or ends with a blank: no \"belong module\" can match it",
+            {Quoted(name)}, "remove the blanks");
     }
     CheckWord(block, false, findings);
     CheckNumber(block, findings);
@@ -110,17 +107,15 @@ void CheckBytes(const FileRow& row, FindingList& findings) {
     }
     // At these two the console, or whoever reads the file, sees the end of a row that goes on.
     if (row.text.find('\0') != std::string::npos) {
-        findings.Error(row.line, "{} is cut at its NUL byte; save the file as plain text",
-                       {Quoted(row.text)});
+        findings.Error(row.line, "{} is read only up to its NUL byte", {Quoted(row.text)},
+                       "save the file as plain text");
     }
     if (TrimConfigText(row.text).find('\r') != std::string::npos) {
-        findings.Error(row.line,
-                       "{} holds a carriage return, which is no line end by itself; "
-                       "save the file with LF line ends",
-                       {Quoted(row.text)});
+        findings.Error(row.line, "{} has a carriage return, which alone does not end a line",
+                       {Quoted(row.text)}, "save the file with LF line ends");
     }
     if (ValidUtf8(row.text) != row.text) {
-        findings.Warning(row.line, "{} is no UTF-8; save the file as UTF-8", {Quoted(row.text)});
+        findings.Warning(row.line, "{} is not UTF-8", {Quoted(row.text)}, "save the file as UTF-8");
     }
 }
 
@@ -128,8 +123,7 @@ void CheckShown(std::size_t line, const std::string& what, const std::string& te
                 FindingList& findings) {
     const auto control = IsPlain(text) ? std::nullopt : FindControl(text);
     if (control) {
-        findings.Warning(line,
-                         "the {} {} holds the control byte {}, which a terminal obeys; remove it",
-                         {what, Quoted(text), Hex(*control)});
+        findings.Warning(line, "the {} {} has the control byte {}, which a terminal obeys",
+                         {what, Quoted(text), Hex(*control)}, "remove it");
     }
 }

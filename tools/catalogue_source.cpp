@@ -10,9 +10,9 @@
 
 namespace {
 
-std::string FindFile(const std::optional<std::string>& folder, const char* name) {
-    if (folder) {
-        return *folder + "/" + name;
+std::string FindFile(const std::optional<std::string>& directory, const char* name) {
+    if (directory) {
+        return *directory + "/" + name;
     }
     const std::string relative = std::string("atv/dbg/") + name;
     char path[kCfgPathSize] = {};
@@ -31,8 +31,8 @@ std::optional<Failure> LoadFile(const std::string& path,
 
 }  // namespace
 
-CataloguePaths FindCatalogue(const std::optional<std::string>& folder) {
-    return {FindFile(folder, "mods.conf"), FindFile(folder, "cmds.conf")};
+CataloguePaths FindCatalogue(const std::optional<std::string>& directory) {
+    return {FindFile(directory, "mods.conf"), FindFile(directory, "cmds.conf")};
 }
 
 std::optional<Failure> LoadCatalogue(const CataloguePaths& paths, KoFileParse& catalogue) {

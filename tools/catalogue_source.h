@@ -13,9 +13,9 @@ struct CataloguePaths {
     std::string commands;
 };
 
-// "mods.conf" and "cmds.conf" of the folder; without one, the files that the console finds, or for
-// a missing file the place where the device's vendor would put it.
-CataloguePaths FindCatalogue(const std::optional<std::string>& folder);
+// "mods.conf" and "cmds.conf" of the directory; without one, the files that the console finds, or
+// for a missing file the place where the device's vendor would put it.
+CataloguePaths FindCatalogue(const std::optional<std::string>& directory);
 
 // Loads the catalogue as the console does, with the console's messages on standard error. Returns
 // nullopt; or kExitNotSent, and `catalogue` then holds what was read before.

@@ -2,7 +2,6 @@
 
 import os
 import shutil
-import signal
 
 import pytest
 from catalogue import CATALOGUE, block, write_catalogue
@@ -18,29 +17,30 @@ COMMANDS = (
     + block("one", command="one", belong_module="lamp", instruction=1, para_format="d")
     + block("name", command="name", belong_module="lamp", instruction=2, **NAME)
 )
-LONG = 2037 * "n"
+LONG = 2029 * "n"
+FULL_PAGE = f"{LONG} sample2 (1 records do not fit)"
 DOES_NOT_DECODE = "arguments do not decode -> status -2"
 
 REQUESTS = [
     # length, what the page holds before zeros, what the service says
     (0, b"", f"0x0 {DOES_NOT_DECODE}"),
     (2**32 - 1, b"", f"0x0 {DOES_NOT_DECODE}"),
-    (4, b"", "0x0 zero -> status 0 1 2"),
+    (4, b"", "0x0 zero -> status 0 1 2 3"),
     (4088, int32(1), f"0x1 {DOES_NOT_DECODE}"),
     (8, int32(1, 7), "0x1 one 7 -> status 0"),
-    (12, int32(2) + string("\x1b"), "0x2 name \\x1b -> status 0 \\x1b sample2"),
-    (4084, int32(2) + string(LONG), f"0x2 name {LONG} -> status 0 {LONG} (1 records do not fit)"),
+    (12, int32(2) + string("\x1b"), "0x2 name \\x1b -> status 0 \\x1b sample2 sample3"),
+    (4068, int32(2) + string(LONG), f"0x2 name {LONG} -> status 0 {FULL_PAGE}"),
     (4, int32(3), "0x3 unknown instruction -> status -1"),
 ]
 
 
 def test_the_stand_in_answers_every_request(stand_in):
     write_catalogue(MODULES, COMMANDS)
-    service = stand_in("--records", 2)
+    service = stand_in("--records", 3)
     for length, data, _ in REQUESTS:
         write_page(POSTED, data.ljust(PAGE_SIZE - 8, b"\0"), length)
         wait_until(lambda: PAGE.read_bytes()[0] == READY, service)
-    service.end(signal.SIGTERM)
+    service.wait_for(REQUESTS[-1][2])
     said = [line for line in service.shown().splitlines() if "status" in line]
     assert list(zip(REQUESTS, said)) == [(request, request[2]) for request in REQUESTS]
 

@@ -117,6 +117,7 @@ def test_end(played_service, number):
     played_service.request(watch)
     assert watch.end(number) == 0
     assert "no reply until stopped" in json.loads(watch.shown())["error"]
+    played_service.reply(REFUSED)
     watch = Terminal("ko_cmd_tool", "watch", "--interval", 60000, "--timeout", 60000, "tun", "lnb")
     answered(played_service, watch, PORTS).expect_exact("samples=1")
     watch.sendcontrol("z")  # is ignored, as no shell could resume it
@@ -134,5 +135,5 @@ def test_keys_while_a_call_waits(played_service):
         shell.expect_exact("\x1b[?1049l")
         shell.expect_exact("suspended")
         shell.expect_exact("\x1b[?1049h")
-        shell.setwinsize(3, 80)
+        shell.setwinsize(2, 80)
         shell.expect_exact("more lines")

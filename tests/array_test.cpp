@@ -1,14 +1,12 @@
 #include <gtest/gtest.h>
 
 #include "common/ko_mw_array.h"
-#include "tests/support/log_daemon.h"
-#include "tests/support/test_root.h"
+#include "tests/support/recorded_log.h"
 
 TEST(ArrayTest, ReadsOutsideGiveTheLastOrAnEmptyElementAndAreLogged) {
     Array<std::string> array;
     const Array<std::string>& readOnly = array;
-    const TestRoot root;
-    const LogDaemon log;
+    g_logged.clear();
     array[0] = "lost";
     EXPECT_EQ("", array[3]);
     EXPECT_EQ("", readOnly[0]);
@@ -22,5 +20,5 @@ TEST(ArrayTest, ReadsOutsideGiveTheLastOrAnEmptyElementAndAreLogged) {
         "fail, return null value\n"
         "5 KoMW_Ko_cmd_pri [operator[]:136] ko_mw_array: index:2, arry max size:2\n"
         "5 KoMW_Ko_cmd_pri [operator[]:136] ko_mw_array: index:-1, arry max size:2\n",
-        log.TakeRows());
+        g_logged);
 }

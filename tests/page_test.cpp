@@ -10,8 +10,8 @@
 #include "page/page_guard.h"
 #include "page/page_lock.h"
 #include "page/share_page_client.h"
-#include "tests/support/log_daemon.h"
 #include "tests/support/played_page.h"
+#include "tests/support/recorded_log.h"
 #include "tests/support/test_root.h"
 
 // What replies become is tested in programs/test_replies.py; here is what no console shows.
@@ -86,12 +86,11 @@ TEST_F(PageTest, ANewRequestIsLeftToObserversFirst) {
 TEST_F(PageTest, WithoutLocksEveryTurnIsGrantedAndTheLogSaysSoOnce) {
     // A descriptor that cannot write gets no exclusive lock.
     PageLock lock(UniqueFd(open(kTestPage, O_RDONLY | O_CLOEXEC)).Get());
-    const LogDaemon log;
+    g_logged.clear();
     lock.Take();
     lock.Take();
-    const std::string rows = log.TakeRows();
-    EXPECT_EQ(1, std::count(rows.begin(), rows.end(), '\n')) << rows;
-    EXPECT_NE(std::string::npos, rows.find("cannot lock the page")) << rows;
+    EXPECT_EQ(1, std::count(g_logged.begin(), g_logged.end(), '\n')) << g_logged;
+    EXPECT_NE(std::string::npos, g_logged.find("cannot lock the page")) << g_logged;
 }
 
 // The reply is there already, and the request's flag too: only a wait that sleeps before its first

@@ -42,7 +42,6 @@ TERMINAL = [
     ("call lamp c0", "t\\x9b\\x7f:\\x1b\\x9b\\u0000\t"),
     ("call --json lamp c0", '{"t\\u009b\\u007f":"\\u001b\\u009b\\u0000"}'),
     ("list --json", '"t\\u009b\\u007f"'),
-    ("check --catalogue \x1b\x9b", "\\x1b\\x9b/mods.conf:1: error"),
 ]
 UNANSWERED = [
     # flags of the page, options, exit status

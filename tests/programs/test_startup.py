@@ -51,12 +51,6 @@ def test_one_bad_file_is_no_catalogue(path, message, make, reason):
     assert output.endswith(NOTHING_TO_OFFER)
 
 
-def test_files_without_blocks():
-    pathlib.Path("root/odm").touch()  # a file in the place of a directory hides no other
-    write_catalogue("x\n", "x\n")
-    assert shown("").endswith("cmds.conf\nTV $Error:modCount+cmdCount=0\n")
-
-
 def test_long_rows_and_odd_numbers_are_told():
     write_catalogue(f"[{254 * 't'}]\n{LAMP}{256 * 'k'}=v\n", "[on]\ninstruction=zz")
     assert re.findall("(?m)^str.*", shown("")) == [

@@ -13,7 +13,6 @@ public:
         m_folder = mkdtemp(folder.data());
         std::filesystem::current_path(m_folder);
         std::filesystem::create_directories("root/data/vendor");
-        std::filesystem::create_directories("root/dev/socket");
     }
     ~TestRoot() {
         std::filesystem::current_path(m_before);

@@ -11,7 +11,7 @@ import pyte
 import pytest
 from catalogue import write_commands
 from page import int32, string
-from programs import PATIENCE, Program, Terminal, command_line, run, wait_until
+from programs import EMULATOR, PATIENCE, Program, Terminal, command_line, run, wait_until
 
 pytestmark = pytest.mark.usefixtures("example_catalogue")
 
@@ -126,6 +126,7 @@ def test_end(played_service, number):
     assert "\x1b[?25h\x1b[?1049l" in watch.before
 
 
+@pytest.mark.skipif("valgrind" in EMULATOR, reason="nothing stops its programs but SIGSTOP")
 def test_keys_while_a_call_waits(played_service):
     command = command_line("ko_cmd_tool", "watch", "--timeout", 60000, "tun", "lnb")
     script = f"{shlex.join(command)}; echo suspended; fg"
